@@ -1,0 +1,6 @@
+#pragma once
+
+namespace luxcli {
+int cmd_accuracy(int argc, char** argv);
+int cmd_bench(int argc, char** argv);  // native build only; elsewhere it says so
+}  // namespace luxcli

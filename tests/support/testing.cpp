@@ -6,8 +6,8 @@
 namespace luxtest {
 
 void expect_family_accuracy(const char* family, int component_bits) {
-  const luxtk::AccuracyFamily* fam = luxtk::find_accuracy_family(family);
-  ASSERT_NE(fam, nullptr) << "no accuracy description for " << family;
+  const luxtk::AccuracyFamily* fam = luxtk::find_accuracy_family(family, component_bits);
+  ASSERT_NE(fam, nullptr) << "no accuracy description for " << family << " at " << component_bits << " bits";
   int swept = 0;
   for (const luxtk::CensusEntry* e : luxtk::implemented()) {
     if (std::strcmp(e->family, family) != 0 || e->component_bits() != component_bits) continue;

@@ -154,9 +154,9 @@ std::vector<const AccuracyFamily*>& registry() {
 }  // namespace
 
 void register_accuracy_family(const AccuracyFamily* fam) { registry().push_back(fam); }
-const AccuracyFamily* find_accuracy_family(std::string_view family) {
+const AccuracyFamily* find_accuracy_family(std::string_view family, int bits) {
   for (const AccuracyFamily* f : registry())
-    if (f->family == family) return f;
+    if (f->family == family && f->bits == bits) return f;
   return nullptr;
 }
 std::vector<const AccuracyFamily*> accuracy_families() { return registry(); }
@@ -207,7 +207,7 @@ SweepResult sweep_export(const CensusEntry& e, const AccuracyFamily& fam, const 
   res.bound = fam.bound ? fam.bound(e) : tier_bound_ulps(e.tier);
   const int bits = e.component_bits();
   const bool two = e.sources() == 2;
-  const auto& regions = bits == 32 ? fam.regions32 : fam.regions64;
+  const auto& regions = fam.regions;
   Rng rng(opt.seed);
   mpfr_t x, y, r;
   mpfr_inits2(kOraclePrecision, x, y, r, (mpfr_ptr)0);

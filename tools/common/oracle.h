@@ -59,19 +59,20 @@ Region splits_region(std::string name, std::vector<double> points, int k);
 // Two-argument region built from one region per argument.
 Region pair_region(std::string name, Region a, Region b);
 
-// What the accuracy sweep of one family needs.
+// What the accuracy sweep of one family at one component width needs
+// (tools/accuracy/<family><bits>.cpp registers one of these).
 struct AccuracyFamily {
   std::string family;
+  int bits = 64;            // component width: 32 or 64
   MpfrUnary f1 = nullptr;   // one-argument functions
   MpfrBinary f2 = nullptr;  // two-argument functions
-  // Regions per component width; the bound of an export is its tier's,
-  // unless extra_bound returns a larger one for it.
-  std::vector<Region> regions32, regions64;
-  std::function<double(const CensusEntry&)> bound;  // optional override
+  std::vector<Region> regions;
+  // The bound of an export is its tier's unless this says otherwise.
+  std::function<double(const CensusEntry&)> bound;
 };
 
 void register_accuracy_family(const AccuracyFamily* fam);
-const AccuracyFamily* find_accuracy_family(std::string_view family);
+const AccuracyFamily* find_accuracy_family(std::string_view family, int bits);
 std::vector<const AccuracyFamily*> accuracy_families();
 
 struct Worst {

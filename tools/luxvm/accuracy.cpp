@@ -35,7 +35,7 @@ int cmd_accuracy(int argc, char** argv) {
   int failures = 0, measured = 0;
   for (const luxtk::CensusEntry* e : luxtk::implemented()) {
     if (!opt.family.empty() && opt.family != e->family) continue;
-    const luxtk::AccuracyFamily* fam = luxtk::find_accuracy_family(e->family);
+    const luxtk::AccuracyFamily* fam = luxtk::find_accuracy_family(e->family, e->component_bits());
     if (!fam || e->complex_src() || e->complex_dst()) continue;
     const luxtk::SweepResult r = luxtk::sweep_export(*e, *fam, so);
     const bool pass = r.overall.ulps <= r.bound;

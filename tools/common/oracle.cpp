@@ -132,6 +132,23 @@ Region splits_region(std::string name, std::vector<double> points, int k) {
           }};
 }
 
+Region specials_region(std::string name) {
+  return {std::move(name), [](Rng&, int bits, long, std::vector<double>& a, std::vector<double>&) {
+            const bool is32 = bits == 32;
+            const double values[] = {0.0,
+                                     INFINITY,
+                                     NAN,
+                                     1.0,
+                                     is32 ? double(0x1p-149f) : 0x1p-1074,
+                                     is32 ? double(0x1p-126f) : 0x1p-1022,
+                                     is32 ? double(0x1.fffffep127f) : 0x1.fffffffffffffp1023};
+            for (double v : values) {
+              a.push_back(v);
+              a.push_back(-v);
+            }
+          }};
+}
+
 Region pair_region(std::string name, Region ra, Region rb) {
   return {std::move(name), [=](Rng& rng, int bits, long n, std::vector<double>& a, std::vector<double>& b) {
             std::vector<double> unused;

@@ -56,6 +56,9 @@ Region uniform_region(std::string name, double lo, double hi);
 // Each split point and its neighbours up to `k` representable steps away
 // (in the format of the export), both signs if asked.  n is ignored.
 Region splits_region(std::string name, std::vector<double> points, int k);
+// The special values of the format: +-0, +-Inf, quiet NaN, the smallest
+// subnormal and normal, the largest finite, +-1, each with both signs.
+Region specials_region(std::string name = "special values");
 // Two-argument region built from one region per argument.
 Region pair_region(std::string name, Region a, Region b);
 

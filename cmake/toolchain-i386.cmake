@@ -3,8 +3,10 @@ set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR i686)
 set(CMAKE_C_COMPILER gcc)
 set(CMAKE_CXX_COMPILER g++)
-set(CMAKE_C_FLAGS_INIT "-m32")
-set(CMAKE_CXX_FLAGS_INIT "-m32")
+# Tests and tools do their floating point in SSE too: x87 excess precision
+# would make the oracle's own roundings (float(x), nextafter) unreliable.
+set(CMAKE_C_FLAGS_INIT "-m32 -march=prescott -mfpmath=sse")
+set(CMAKE_CXX_FLAGS_INIT "-m32 -march=prescott -mfpmath=sse")
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-m32")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "-m32")
 set(CMAKE_LIBRARY_ARCHITECTURE i386-linux-gnu)

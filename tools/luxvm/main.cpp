@@ -4,7 +4,8 @@
 //   luxvm eval EXPORT V1 [V2 ...]       evaluate lanes; prints results, status, flags
 //   luxvm accuracy [FAMILY] [--seed=N] [--points=N] [--out=FILE]
 //                                       MPFR sweeps; writes docs/accuracy.md
-//   luxvm bench [FAMILY] [--out=FILE]   cycles per element beside the peers (native)
+//   luxvm bench [FAMILY] [--out=FILE] [--small=N] [--large=N] [--runs=N]
+//                                       cycles per element beside the peers (native)
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -27,7 +28,7 @@ int usage() {
                "       luxvm list [FAMILY]\n"
                "       luxvm eval EXPORT V1 [V2 ...]   (B shape: a:b; X shape: first value is x=V)\n"
                "       luxvm accuracy [FAMILY] [--seed=N] [--points=N] [--out=FILE]\n"
-               "       luxvm bench [FAMILY] [--out=FILE]\n");
+               "       luxvm bench [FAMILY] [--out=FILE] [--small=N] [--large=N] [--runs=N]\n");
   return 2;
 }
 

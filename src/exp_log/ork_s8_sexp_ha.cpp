@@ -1,0 +1,151 @@
+// luxsExp_32f_A24: e^x on binary32, within 1 ulp.
+// max error 0.99999 ulp at x = -0x1.9d1da2p+6 (+0 where 2^-149 is nearest);
+// elsewhere 0.568 ulp at x = 0x1.3bef32p+6 (every float of [-104, 89]).
+//
+// x = N·ln2/128 + r with N = nearest integer to x·128/ln2, so
+// e^x = 2^k · 2^(j/128) · e^r, k = N >> 7, j = N & 127, |r| <= ln2/256.
+// 2^(j/128) = Hj·(1 + Ej) comes from the table, a float head and a relative
+// correction; e^r = 1 + r + r²/2 (r³/6 < 3.4e-9, a twentieth of an ulp).
+// Blocks of 8 stay on the vector path when every |x| is below the main-path
+// bound; a block with any other lane, and the tail, go lane by lane through
+// the lane routine of sexp_scalar.h.
+#include <pmmintrin.h>
+#include <stdint.h>
+
+#include "exp_log/sexp_scalar.h"
+#include "frame/frame.h"
+#include "frame/lanes.h"
+
+namespace {
+
+using lux::row32;
+using lux::Row32;
+using lux::row64;
+using lux::Row64;
+
+struct alignas(16) ExpTable {
+  Row32 flR;         // 128/ln2
+  Row32 flL1;        // ln2/128 leading part, 9 significant bits: Nf·L1 exact for |N| < 2^15
+  Row32 flL2;        // ln2/128 - L1, negative: L1 lies above ln2/128
+  Row32 flShifter;   // 1.375·2^23: t = x·R + S holds N in its low bits
+  Row32 flHalf;      // 0.5
+  Row32 flBias;      // 127, the float exponent bias, integer
+  Row32 flLowSeven;  // 0x7F, j = N & 127, integer
+  Row32 flTwo127;    // 2^127: split product at k = 128, overflow product
+  Row32 flTwo;       // 2.0
+  Row32 flTwoM126;   // 2^-126: underflow product
+  Row64 dbLog2e;     // wide path for denormal results, in doubles
+  Row64 dbShifter;   // 1.5·2^52
+  Row64 dbBias;      // 1023
+  Row64 dbP0, dbP1, dbP2, dbP3, dbP4, dbP5, dbP6;  // 2^f on |f| <= 0.5
+  uint32_t sExp_HA_Table[128][2];                  // (Hj, Ej), 8 bytes a row
+};
+
+constexpr ExpTable kExpTable = {
+    .flR = row32(0x4338AA3B),                // 184.6649627685547
+    .flL1 = row32(0x3BB18000),               // 0.0054168701171875
+    .flL2 = row32(0xB5DE8083),               // -1.6577690757912933e-06
+    .flShifter = row32(0x4B300000),          // 11534336.0
+    .flHalf = row32(0x3F000000),             // 0.5
+    .flBias = row32(0x0000007F),             // 127
+    .flLowSeven = row32(0x0000007F),         // 127
+    .flTwo127 = row32(0x7F000000),           // 2^127
+    .flTwo = row32(0x40000000),              // 2.0
+    .flTwoM126 = row32(0x00800000),          // 2^-126
+    .dbLog2e = row64(0x3FF71547652B82FE),    // 1.4426950408889634
+    .dbShifter = row64(0x4338000000000000),  // 6755399441055744.0
+    .dbBias = row64(0x00000000000003FF),     // 1023
+    .dbP0 = row64(0x3FF00000002614FF),       // 1.0000000005541663
+    .dbP1 = row64(0x3FE62E430C7E922C),       // 0.6931472057372665
+    .dbP2 = row64(0x3FCEBFBDADCB0CA8),       // 0.24022646890634758
+    .dbP3 = row64(0x3FAC6AED4B951D00),       // 0.05550328776967639
+    .dbP4 = row64(0x3F83B2DBBC0F45AE),       // 0.009618488957047724
+    .dbP5 = row64(0x3F55F456A8A729EC),       // 0.0013399931218481776
+    .dbP6 = row64(0x3F241D33371366F6),       // 0.00015345812020122585
+    .sExp_HA_Table =
+        {
+#include "exp_log/sexp_ha_table.inc"
+        },
+};
+
+using lux::as_int;
+using lux::as_ps;
+
+// The main formula on four lanes, up to w = 2^(j/128)·e^r and E = 2^k.
+struct HaParts {
+  __m128 w;
+  __m128i e;
+};
+
+inline HaParts exp_ha4(__m128 x, const ExpTable& T) {
+  const __m128 t = _mm_add_ps(_mm_mul_ps(x, T.flR.ps()), T.flShifter.ps());
+  const __m128 nf = _mm_sub_ps(t, T.flShifter.ps());
+  const __m128 r = _mm_sub_ps(_mm_sub_ps(x, _mm_mul_ps(nf, T.flL1.ps())), _mm_mul_ps(nf, T.flL2.ps()));
+  // bits(t) = bits(S) + N, and bits(S) has its low 20 bits clear.
+  const __m128i tb = as_int(t);
+  const __m128i j = _mm_and_si128(tb, T.flLowSeven.pi());
+  const __m128i e = _mm_slli_epi32(_mm_add_epi32(_mm_srli_epi32(tb, 7), T.flBias.pi()), 23);
+  const auto row = [&T](int jj) {
+    return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(T.sExp_HA_Table[jj]));
+  };
+  const __m128 r01 = as_ps(_mm_unpacklo_epi64(row(_mm_cvtsi128_si32(j)), row(_mm_extract_epi16(j, 2))));
+  const __m128 r23 = as_ps(_mm_unpacklo_epi64(row(_mm_extract_epi16(j, 4)), row(_mm_extract_epi16(j, 6))));
+  const __m128 h = _mm_shuffle_ps(r01, r23, _MM_SHUFFLE(2, 0, 2, 0));
+  const __m128 ej = _mm_shuffle_ps(r01, r23, _MM_SHUFFLE(3, 1, 3, 1));
+  const __m128 v = _mm_add_ps(_mm_mul_ps(T.flHalf.ps(), _mm_mul_ps(r, r)), _mm_add_ps(ej, r));
+  const __m128 w = _mm_add_ps(_mm_mul_ps(v, h), h);
+  return {w, e};
+}
+
+// The same formula on lane 0 in scalar operations, with the product split
+// when k = 128 (x in [88.7201, 88.7228)): 2^128 has no exponent field, so
+// w·2^127 first, then ·2.
+inline __m128 exp_ha_lane(__m128 x, const ExpTable& T) {
+  const __m128 t = _mm_add_ss(_mm_mul_ss(x, T.flR.ps()), T.flShifter.ps());
+  const __m128 nf = _mm_sub_ss(t, T.flShifter.ps());
+  const __m128 r = _mm_sub_ss(_mm_sub_ss(x, _mm_mul_ss(nf, T.flL1.ps())), _mm_mul_ss(nf, T.flL2.ps()));
+  const uint32_t tb = lux::sexp::lane_bits(t);
+  const uint32_t* row = T.sExp_HA_Table[tb & 0x7F];
+  const uint32_t e = ((tb >> 7) + 0x7F) << 23;
+  const __m128 h = as_ps(_mm_cvtsi32_si128(int32_t(row[0])));
+  const __m128 ej = as_ps(_mm_cvtsi32_si128(int32_t(row[1])));
+  const __m128 v = _mm_add_ss(_mm_mul_ss(T.flHalf.ps(), _mm_mul_ss(r, r)), _mm_add_ss(ej, r));
+  const __m128 w = _mm_add_ss(_mm_mul_ss(v, h), h);
+  if ((e & 0x7F800000) == 0x7F800000) return _mm_mul_ss(_mm_mul_ss(w, T.flTwo127.ps()), T.flTwo.ps());
+  return _mm_mul_ss(w, as_ps(_mm_cvtsi32_si128(int32_t(e))));
+}
+
+struct ExpKernel {
+  const float* src;
+  float* dst;
+  lux::CallState<lux32f>& call;
+  const ExpTable& T;
+
+  bool block(int i) {
+    const __m128 x0 = lux::load4(src + i);
+    const __m128 x1 = lux::load4(src + i + 4);
+    if (!(lux::all_below(as_int(x0), lux::sexp::kMainPathBound, 4) &
+          lux::all_below(as_int(x1), lux::sexp::kMainPathBound, 4)))
+      return false;
+    const HaParts a = exp_ha4(x0, T);
+    const HaParts b = exp_ha4(x1, T);
+    lux::store4(dst + i, _mm_mul_ps(a.w, as_ps(a.e)));
+    lux::store4(dst + i + 4, _mm_mul_ps(b.w, as_ps(b.e)));
+    return true;
+  }
+  void lane(int i) {
+    lux::sexp::scalar_exp(src, dst, i, call, T, [this](__m128 x) { return exp_ha_lane(x, T); });
+  }
+  void tail(int i) { lane(i); }
+};
+
+}  // namespace
+
+LUXVM_EXPORT luxStatus luxsExp_32f_A24(const lux32f* src, lux32f* dst, int len) {
+  if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
+  lux::RoundNearestGuard guard;
+  lux::CallState<lux32f> call(src, src, dst, dst);
+  ExpKernel k{src, dst, call, kExpTable};
+  lux::run_block_redo<8>(len, k);
+  return call.status();
+}

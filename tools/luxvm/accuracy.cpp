@@ -47,7 +47,7 @@ int cmd_accuracy(int argc, char** argv) {
       std::printf("    %-28s %s\n", name.c_str(), luxtk::describe(w, e->sources() == 2).c_str());
     char row[512];
     const bool two = e->sources() == 2;
-    std::snprintf(row, sizeof row, "| `%s` | %s | %g | %.3f | `%s%s%s` | %ld |", e->name, e->tier, r.bound,
+    std::snprintf(row, sizeof row, "| `%s` | %s | %g | %.5g | `%s%s%s` | %ld |", e->name, e->tier, r.bound,
                   r.overall.ulps, luxtk::hexfloat(r.overall.a).c_str(), two ? ", " : "",
                   two ? luxtk::hexfloat(r.overall.b).c_str() : "", r.overall.count);
     rows[e->name] = row;

@@ -5,6 +5,8 @@
 // mulsd...) on each lane, in the same MXCSR, here in the test.
 #include <gtest/gtest.h>
 #include <pmmintrin.h>
+#include <sys/mman.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -550,6 +552,50 @@ TEST(Arith, ConjFlipsOnlyTheImaginarySign) {
   for (uint32_t mode : modes) {
     check_conj<lux32fc, uint32_t>(luxsConj_32fc_A24, "luxsConj_32fc_A24", rng, mode);
     check_conj<lux64fc, uint64_t>(luxsConj_64fc_A53, "luxsConj_64fc_A53", rng, mode);
+  }
+}
+
+// Arrays that end where an inaccessible page begins: a read or write of any
+// byte beyond len faults.  The rest passes of Abs and Conj read their live
+// lanes one by one for this.
+class PageEnd {
+ public:
+  PageEnd() : page_(size_t(sysconf(_SC_PAGESIZE))) {
+    base_ = static_cast<unsigned char*>(
+        mmap(nullptr, 2 * page_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
+    mprotect(base_ + page_, page_, PROT_NONE);
+  }
+  ~PageEnd() { munmap(base_, 2 * page_); }
+  template <class T>
+  T* array(int len) {
+    unsigned char* p = base_ + page_ - size_t(len) * sizeof(T);
+    for (size_t k = 0; k < size_t(len) * sizeof(T); ++k) p[k] = static_cast<unsigned char>(k * 37 + 1);
+    return reinterpret_cast<T*>(p);
+  }
+
+ private:
+  size_t page_;
+  unsigned char* base_;
+};
+
+TEST(Arith, NothingBeyondLenIsTouched) {
+  PageEnd a, b, d;
+  for (int len = 1; len <= 20; ++len) {
+    EXPECT_EQ(luxsAbs_32f_A24(a.array<float>(len), d.array<float>(len), len), luxOk);
+    EXPECT_EQ(luxsAbs_64f_A53(a.array<double>(len), d.array<double>(len), len), luxOk);
+    EXPECT_EQ(luxsConj_32fc_A24(a.array<lux32fc>(len), d.array<lux32fc>(len), len), luxOk);
+    EXPECT_EQ(luxsConj_64fc_A53(a.array<lux64fc>(len), d.array<lux64fc>(len), len), luxOk);
+    EXPECT_EQ(luxsSqr_32f_A24(a.array<float>(len), d.array<float>(len), len), luxOk);
+    EXPECT_EQ(luxsSqr_64f_A53(a.array<double>(len), d.array<double>(len), len), luxOk);
+    for (const auto& e : kBinary32)
+      EXPECT_EQ(e.fn(a.array<float>(len), b.array<float>(len), d.array<float>(len), len), luxOk);
+    for (const auto& e : kBinary64)
+      EXPECT_EQ(e.fn(a.array<double>(len), b.array<double>(len), d.array<double>(len), len), luxOk);
+    for (const auto& e : kComplex32)
+      EXPECT_EQ(e.fn(a.array<float>(2 * len), b.array<float>(2 * len), d.array<float>(2 * len), len), luxOk);
+    for (const auto& e : kComplex64)
+      EXPECT_EQ(e.fn(a.array<double>(2 * len), b.array<double>(2 * len), d.array<double>(2 * len), len),
+                luxOk);
   }
 }
 

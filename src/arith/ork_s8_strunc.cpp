@@ -1,0 +1,50 @@
+// luxsTrunc_32f: integer part of x, toward zero, exact, on binary32 lanes.  Rounds by
+// the shifter M = 2^23 under round toward zero.
+//
+// a = |x|; ((a + M) - M) OR sign(x): the shifter rounds |x| toward zero, and
+// the sign comes back by OR, so -0.9 gives -0.
+#include "arith/shifter_rounding.h"
+
+namespace {
+
+// Vector path: magnitude bits not above those of 2^23: |x| <= 2^23.
+constexpr uint32_t kVectorPathMask = 0x7FFFFFFF;
+constexpr uint32_t kVectorPathBound = 0x4B000000;
+
+struct alignas(16) Table {
+  lux::Row32 flShifter;   // 2^23
+  lux::Row32 flSignMask;  // the sign bit
+  lux::Row32 iPathMask;   // the block test: (word AND mask) not above bound
+  lux::Row32 iPathBound;
+};
+constexpr Table kTab = {
+    .flShifter = lux::row32(0x4B000000),
+    .flSignMask = lux::row32(0x80000000),
+    .iPathMask = lux::row32(kVectorPathMask),
+    .iPathBound = lux::row32(kVectorPathBound),
+};
+
+struct Trunc {
+  using T = float;
+  using V = __m128;
+  static constexpr uint32_t kExpField = 0x7F800000;    // exponent field of the word
+  static constexpr uint32_t kShifterExp = 0x4B000000;  // that field in M: x is an integer from here on
+  static __m128i path_mask() { return kTab.iPathMask.pi(); }
+  static __m128i path_bound() { return kTab.iPathBound.pi(); }
+  static V vec(V x) {
+    const V sign = _mm_and_ps(x, kTab.flSignMask.ps());
+    const V a = _mm_andnot_ps(kTab.flSignMask.ps(), x);
+    const V r = _mm_sub_ps(lux::opaque(_mm_add_ps(a, kTab.flShifter.ps())), kTab.flShifter.ps());
+    return _mm_or_ps(r, sign);
+  }
+};
+
+}  // namespace
+
+LUXVM_EXPORT luxStatus luxsTrunc_32f(const lux32f* src, lux32f* dst, int len) {
+  if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
+  lux::RoundTowardZeroGuard guard;
+  lux::arith::RoundKernel<Trunc> k{src, dst};
+  lux::run_closed<8>(len, k);
+  return luxOk;
+}

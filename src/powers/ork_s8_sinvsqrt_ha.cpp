@@ -80,8 +80,12 @@ struct InvSqrtKernel {
   // Reports of a fallback block: first every zero lane, then every negative
   // lane, each in ascending order, so a block holding both ends at 19.
   void report(int i, unsigned zero, unsigned neg) {
-    for (unsigned m = zero; m != 0; m &= m - 1) call.warn(luxWarnSingularity, i + __builtin_ctz(m));
-    for (unsigned m = neg; m != 0; m &= m - 1) call.warn(luxWarnDomain, i + __builtin_ctz(m));
+    if (zero != 0)
+      for (int b = 0; b < 8; ++b)
+        if (zero & (1u << b)) call.warn(luxWarnSingularity, i + b);
+    if (neg != 0)
+      for (int b = 0; b < 8; ++b)
+        if (neg & (1u << b)) call.warn(luxWarnDomain, i + b);
   }
 
   void block(int i) {

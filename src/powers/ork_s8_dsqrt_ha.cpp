@@ -6,7 +6,7 @@
 // and the only rounding of size is the last addition.
 // +-0 stays on the vector path: c is forced to 0 and x's sign is ORed into
 // xl, so the sum is a zero of x's sign.
-// max error MEASURED_SQRT_64F_A53
+// max error 0.75 ulp at x = 0x0.00002e7c8a3ffp-1022
 #include <stdint.h>
 
 #include "frame/frame.h"

@@ -1,5 +1,6 @@
 // luxsDiv_32f_A11: a/b as a times the 12-bit reciprocal estimate of b.
-// max error MEASURED_DIV_32F_A11
+// max error 5.14e+03 ulp at a = -0x1.ecfc2cp-43, b = 0x1.f95feap+33 (native sweep; estimate-seeded tiers vary
+// by processor)
 #include <stdint.h>
 
 #include "frame/frame.h"

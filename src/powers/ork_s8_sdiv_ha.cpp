@@ -1,5 +1,5 @@
 // luxsDiv_32f_A24: a/b by the hardware division, correctly rounded.
-// max error MEASURED_DIV_32F_A24
+// max error 0.5 ulp at a = -0x1.354754p+100, b = -0x1.f5a56p+123
 #include <stdint.h>
 
 #include "frame/frame.h"

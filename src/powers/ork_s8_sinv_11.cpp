@@ -1,5 +1,5 @@
 // luxsInv_32f_A11: 1/x from the 12-bit reciprocal estimate, unrefined.
-// max error MEASURED_INV_32F_A11
+// max error 4.74e+03 ulp at x = 0x1.0d2fe6p-81 (native sweep; estimate-seeded tiers vary by processor)
 #include <stdint.h>
 
 #include "frame/frame.h"

@@ -1,6 +1,6 @@
 // luxsInv_32f_A21: 1/x from the 12-bit reciprocal estimate and one Newton
 // step, r1 = r * (2 - x * r), which squares the estimate's relative error.
-// max error MEASURED_INV_32F_A21
+// max error 2.65 ulp at x = -0x1.31ef7cp-50 (native sweep; estimate-seeded tiers vary by processor)
 #include <stdint.h>
 
 #include "frame/frame.h"

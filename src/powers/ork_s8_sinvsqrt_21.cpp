@@ -1,6 +1,6 @@
 // luxsInvSqrt_32f_A21: 1/sqrt(x) from the 12-bit reciprocal-square-root
 // estimate r and one Newton step, (-0.5*r) * (x*r*r - 3).
-// max error MEASURED_INVSQRT_32F_A21
+// max error 2.33 ulp at x = 0x1.02346cp-92 (native sweep; estimate-seeded tiers vary by processor)
 #include <stdint.h>
 
 #include "frame/frame.h"

@@ -1,6 +1,6 @@
 // luxsSqrt_32f_A11: sqrt(x) as x times the 12-bit reciprocal-square-root
 // estimate, unrefined.
-// max error MEASURED_SQRT_32F_A11
+// max error 4.14e+03 ulp at x = 0x1.df2faep+1 (native sweep; estimate-seeded tiers vary by processor)
 #include <stdint.h>
 
 #include "frame/frame.h"

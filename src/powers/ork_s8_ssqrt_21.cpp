@@ -1,6 +1,6 @@
 // luxsSqrt_32f_A21: sqrt(x) from the 12-bit reciprocal-square-root estimate
 // r and one Newton step on s = x*r:  (r*s - 3) * (-0.5*s).
-// max error MEASURED_SQRT_32F_A21
+// max error 2.95 ulp at x = 0x1.f7612ep+49 (native sweep; estimate-seeded tiers vary by processor)
 #include <stdint.h>
 
 #include "frame/frame.h"

@@ -4,7 +4,7 @@
 
 #include "frame/frame.h"
 #include "frame/lanes.h"
-#include "powers/recip_masked.h"
+#include "frame/frame.h"
 
 namespace {
 
@@ -60,6 +60,6 @@ LUXVM_EXPORT luxStatus luxsDiv_64f_A53(const lux64f* src1, const lux64f* src2, l
   lux::RoundNearestGuard guard;
   lux::CallState<lux64f> call(src1, src2, dst, dst);
   DivKernel k{src1, src2, dst, call};
-  lux::run_masked_walk<2>(len, k);
+  lux::run_masked<2>(len, k);
   return call.status();
 }

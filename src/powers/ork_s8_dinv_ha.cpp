@@ -4,7 +4,7 @@
 
 #include "frame/frame.h"
 #include "frame/lanes.h"
-#include "powers/recip_masked.h"
+#include "frame/frame.h"
 
 namespace {
 
@@ -50,6 +50,6 @@ LUXVM_EXPORT luxStatus luxsInv_64f_A53(const lux64f* src, lux64f* dst, int len) 
   lux::RoundNearestGuard guard;
   lux::CallState<lux64f> call(src, src, dst, dst);
   InvKernel k{src, dst, call};
-  lux::run_masked_walk<2>(len, k);
+  lux::run_masked<2>(len, k);
   return call.status();
 }

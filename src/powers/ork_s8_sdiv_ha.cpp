@@ -4,7 +4,7 @@
 
 #include "frame/frame.h"
 #include "frame/lanes.h"
-#include "powers/recip_masked.h"
+#include "frame/frame.h"
 
 namespace {
 
@@ -56,6 +56,6 @@ LUXVM_EXPORT luxStatus luxsDiv_32f_A24(const lux32f* src1, const lux32f* src2, l
   lux::RoundNearestGuard guard;
   lux::CallState<lux32f> call(src1, src2, dst, dst);
   DivKernel k{src1, src2, dst, call};
-  lux::run_masked_walk<4>(len, k);
+  lux::run_masked<4>(len, k);
   return call.status();
 }

@@ -4,7 +4,7 @@
 
 #include "frame/frame.h"
 #include "frame/lanes.h"
-#include "powers/recip_masked.h"
+#include "frame/frame.h"
 
 namespace {
 
@@ -49,6 +49,6 @@ LUXVM_EXPORT luxStatus luxsInv_32f_A24(const lux32f* src, lux32f* dst, int len) 
   lux::RoundNearestGuard guard;
   lux::CallState<lux32f> call(src, src, dst, dst);
   InvKernel k{src, dst, call};
-  lux::run_masked_walk<4>(len, k);
+  lux::run_masked<4>(len, k);
   return call.status();
 }

@@ -80,8 +80,8 @@ inline __m128d log10_pair(const DLog10HaTable& t, __m128d x) {
   const LgRow& r1 = t.rows[row_index(lux::logs::word<1>(hi))];
   // e = (hi32 - 0x3FF00000) >> 20, to a double through the high word of 1.5*2^20.
   const __m128i e = _mm_srai_epi32(_mm_sub_epi32(hi, t.exp_offset.pi()), 20);
-  const __m128d ef =
-      _mm_sub_pd(lux::as_pd(_mm_add_epi32(_mm_unpacklo_epi32(_mm_setzero_si128(), e), t.magic.pi())), t.magic.pd());
+  const __m128d ef = _mm_sub_pd(
+      lux::as_pd(_mm_add_epi32(_mm_unpacklo_epi32(_mm_setzero_si128(), e), t.magic.pi())), t.magic.pd());
   const __m128d m = _mm_or_pd(_mm_and_pd(x, t.frac_mask.pd()), t.one.pd());
   const __m128d mh = _mm_and_pd(m, t.high_mask.pd());
   const __m128d ml = _mm_sub_pd(m, mh);
@@ -117,7 +117,8 @@ struct Log10Kernel {
   // Four lanes: both pairs pass the test before anything is computed.
   bool block(int i) {
     const __m128d x0 = lux::load2(src + i), x1 = lux::load2(src + i + 2);
-    const __m128i hi = _mm_castps_si128(_mm_shuffle_ps(_mm_castpd_ps(x0), _mm_castpd_ps(x1), _MM_SHUFFLE(3, 1, 3, 1)));
+    const __m128i hi =
+        _mm_castps_si128(_mm_shuffle_ps(_mm_castpd_ps(x0), _mm_castpd_ps(x1), _MM_SHUFFLE(3, 1, 3, 1)));
     const __m128i ok = _mm_cmplt_epi32(_mm_sub_epi32(hi, t.normal_bias.pi()), t.normal_limit.pi());
     if (_mm_movemask_ps(_mm_castsi128_ps(ok)) != 0xF) return false;
     lux::store2(dst + i, log10_pair<false>(t, x0));

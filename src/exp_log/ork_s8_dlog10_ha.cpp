@@ -1,5 +1,5 @@
 // luxsLog10_64f_A53: decimal logarithm of binary64 lanes, tier A53 (bound 1 ulp).
-// max error (see the unit's accuracy line in the family report)
+// max error 0.580 ulp at x = 0x1.ffdc1524be849p-1 (luxvm accuracy, 10^6 points)
 //
 // x = 2^e * m, m in [1, 2), e the plain exponent.  Row i (top ten fraction
 // bits rounded to nine) holds rcp = K*q with q ~ 512/(512+i) a multiple of

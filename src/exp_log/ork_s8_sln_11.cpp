@@ -1,0 +1,120 @@
+// luxsLn_32f_A11: natural logarithm of binary32 lanes, tier A11 (bound 2^13 ulp).
+// max error 976.274 ulp at x = 0x1.e0fadep-1 (luxvm accuracy, 10^6 points)
+//
+// No table.  x = 2^n * y with y in [sqrt(2)/2, sqrt(2)): the fraction bits
+// decide, by one integer add, whether m = 1.f lies at or above sqrt 2, and
+// then y = m/2 and n one more.  z = y - 1 goes into a degree-5 polynomial
+// without constant term, and n*log 2 is added last.  A block with any lane
+// that is not a positive normal number is computed lane by lane on the x87
+// (FYL2X with y = ln 2 from FLDLN2, rounded once to binary32 on the store), its good lanes too;
+// a tail lane takes the x87 only when it fails its own test.
+#include <pmmintrin.h>
+#include <stdint.h>
+
+#include "exp_log/log_frame.h"
+#include "frame/frame.h"
+#include "frame/lanes.h"
+
+namespace {
+
+// A lane stays on the vector path when it is a positive normal number:
+// bits(x) - 0x80800000 not above 0xFEFFFFFF as signed integers.
+constexpr uint32_t kNormalBias = 0x80800000;
+constexpr uint32_t kNormalLimit = 0xFEFFFFFF;
+
+struct alignas(16) Table {
+  lux::Row32 log2;
+  lux::Row32 a5, a4, a3, a2, a1;
+  lux::Row32 frac_mask, exp_mask, sqrt2_carry, one_exp, half_flip, int_magic, int_bias;
+  lux::Row32 normal_bias, normal_limit;
+};
+
+constexpr Table kTable = {
+    .log2 = lux::row32(0x3F317218),  // 0.6931471824645996 = ln 2
+    // ln(1+z) ~ z (a1 + a2 z + a3 z^2 + a4 z^3 + a5 z^4) on [sqrt(2)/2 - 1, sqrt(2) - 1].
+    .a5 = lux::row32(0x3E3623C0),  // 0.17787075
+    .a4 = lux::row32(0xBE8B912B),  // -0.272591919
+    .a3 = lux::row32(0x3EAC4F2A),  // 0.336541474
+    .a2 = lux::row32(0xBEFFACF8),  // -0.499366522
+    .a1 = lux::row32(0x3F7FFD83),  // 0.999962032
+    .frac_mask = lux::row32(0x007FFFFF),
+    .exp_mask = lux::row32(0x7F800000),
+    .sqrt2_carry = lux::row32(0x004AFB0D),  // f + this reaches 2^23 exactly when 1.f >= sqrt 2
+    .one_exp = lux::row32(0x00800000),
+    .half_flip = lux::row32(0x3F800000),  // XOR with the carry: exponent of 1 or of 1/2
+    .int_magic = lux::row32(0x4B000000),  // 2^23: a small integer ORed into its fraction
+    .int_bias = lux::row32(0x4B00007F),   // 8388735.0 = 2^23 + 127
+    .normal_bias = lux::row32(kNormalBias),
+    .normal_limit = lux::row32(kNormalLimit),
+};
+
+// Four lanes of positive normal numbers.
+inline __m128 poly_quad(const Table& t, __m128 x) {
+  const __m128i xb = lux::as_int(x);
+  const __m128i f = _mm_and_si128(xb, t.frac_mask.pi());
+  const __m128i ex = _mm_and_si128(xb, t.exp_mask.pi());
+  const __m128i s = _mm_and_si128(_mm_add_epi32(f, t.sqrt2_carry.pi()), t.one_exp.pi());
+  const __m128i ex2 = _mm_add_epi32(ex, s);
+  const __m128 z =
+      _mm_sub_ps(lux::as_ps(_mm_or_si128(f, _mm_xor_si128(s, t.half_flip.pi()))), t.half_flip.ps());
+  const __m128 n =
+      _mm_sub_ps(lux::as_ps(_mm_or_si128(_mm_srli_epi32(ex2, 23), t.int_magic.pi())), t.int_bias.ps());
+  __m128 p = _mm_add_ps(_mm_mul_ps(t.a5.ps(), z), t.a4.ps());
+  p = _mm_add_ps(_mm_mul_ps(p, z), t.a3.ps());
+  p = _mm_add_ps(_mm_mul_ps(p, z), t.a2.ps());
+  p = _mm_add_ps(_mm_mul_ps(p, z), t.a1.ps());
+  const __m128 q = _mm_mul_ps(p, z);
+  return _mm_add_ps(q, _mm_mul_ps(n, t.log2.ps()));
+}
+
+struct Kernel {
+  const lux32f* src;
+  lux32f* dst;
+  lux::CallState<lux32f>& call;
+  const Table& t;
+
+  // Mask of the lanes that fail the test.
+  int failing(__m128 x) const {
+    const __m128i d = _mm_sub_epi32(lux::as_int(x), t.normal_bias.pi());
+    return _mm_movemask_ps(lux::as_ps(_mm_cmpgt_epi32(d, t.normal_limit.pi())));
+  }
+
+  // Eight lanes, tested before anything is computed.
+  bool block(int i) {
+    const __m128 x0 = lux::load4(src + i), x1 = lux::load4(src + i + 4);
+    if ((failing(x0) | failing(x1)) != 0) return false;
+    lux::store4(dst + i, poly_quad(t, x0));
+    lux::store4(dst + i + 4, poly_quad(t, x1));
+    return true;
+  }
+
+  // The lane routine, on the x87 only.
+  void lane(int i) {
+    const uint32_t b = lux::logs::word<0>(lux::as_int(_mm_load_ss(src + i)));
+    lux::logs::fyl2x_ln2(src + i, dst + i);
+    if ((b & 0x7FFFFFFF) == 0)
+      call.warn(luxWarnSingularity, i);
+    else if (int32_t(b - 1) < int32_t(0xFF800000))  // negatives and -Inf
+      call.warn(luxWarnDomain, i);
+  }
+
+  // A tail lane takes the polynomial when it passes its own test.
+  void tail(int i) {
+    const __m128 x = _mm_load1_ps(src + i);
+    if (failing(x) == 0)
+      lux::store1(dst + i, poly_quad(t, x));
+    else
+      lane(i);
+  }
+};
+
+}  // namespace
+
+LUXVM_EXPORT luxStatus luxsLn_32f_A11(const lux32f* src, lux32f* dst, int len) {
+  if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
+  lux::RoundNearestGuard guard;
+  lux::CallState<lux32f> call(src, src, dst, dst);
+  Kernel k{src, dst, call, kTable};
+  lux::run_block_redo<8>(len, k);
+  return call.status();
+}

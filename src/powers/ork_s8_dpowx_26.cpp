@@ -1,6 +1,6 @@
 // luxsPowx_64f_A26: a^x for one fixed x on binary64, tier A26 (2^27 ulp).
 // max error: (measured by luxvm accuracy; see the report)
-// log2 a with K = 64, P(u) to u^4; 2^r by (e2 r + ln 2) r + 1, times the high part of T.
+// log2 a with K = 64, P(u) to u^5; 2^r by (e2 r + ln 2) r + 1, times the high part of T.
 // x = 2, 3 and 4 are the IEEE products a*a, (a*a)*a and (a*a)*(a*a); x = ±0, ±Inf or NaN sends every lane
 // through the lane routine.
 #include "powers/pow_d_kernel.h"
@@ -10,11 +10,13 @@ namespace {
 using lux::row64;
 
 constexpr lux::pow::DPowTable<64> kTable = {
-    .dbR0 = row64(0x3FF7154740000000),        // 1.4426949024200439, log2(e) cut to 23 bits
-    .dbDelta = row64(0x3E79C3A6966457EE),     // 9.5979350332335112e-08 = (log2(e) - R[0]) / R[0]
-    .dbC2 = row64(0xBFD62E4346694107),        // -0.3465736568077919, about -ln2/2
-    .dbC3 = row64(0x3FC47FD462B3B816),        // 0.16015105075297303, about (ln 2)^2/3
-    .dbC4 = row64(0xBFB550472A8BB463),        // -0.083256194960726712, about -(ln 2)^3/4
+    .dbR0 = row64(0x3FF7154740000000),     // 1.4426949024200439, log2(e) cut to 23 bits
+    .dbDelta = row64(0x3E79C3A6966457EE),  // 9.5979350332335112e-08 = (log2(e) - R[0]) / R[0]
+    .dbC2 = row64(0xBFD62E4346694107),     // -0.3465736568077919, about -ln2/2
+    .dbC3 = row64(0x3FC47FD462B3B816),     // 0.16015105075297303, about (ln 2)^2/3
+    .dbC4 = row64(0xBFB550472A8BB463),     // -0.083256194960726712, about -(ln 2)^3/4
+    .dbC5 = row64(
+        0x3FA7A334DDFC9F86),  // 0.046167041872023737: to u^4 the truncation costs 2^32 ulp at |y| ~ 1024
     .dbLn2 = row64(0x3FE62E42FEFA39EF),       // 0.6931471805599453
     .dbE2 = row64(0x3FCEBFBDFF82C58E),        // 0.24022650695910069, about (ln 2)^2/2
     .dbShifter = row64(0x42C8000000000000),   // 1.5*2^45

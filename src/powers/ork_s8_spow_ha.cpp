@@ -1,5 +1,5 @@
-// luxsPow_32f_A24: a^b on binary32, tier A24 (1 ulp); the table index comes from vector operations.
-// max error: (measured by luxvm accuracy; see the report)
+// luxsPow_32f_A24: a^b on binary32, tier A24 (1 ulp); the table index comes from vector operations and
+// ln(1+r) has an r^4 term. max error: (measured by luxvm accuracy; see the report)
 #include "powers/pow_s_kernel.h"
 
 namespace {
@@ -15,6 +15,7 @@ constexpr lux::pow::SPowTable kTable = {
     .dbLn2 = row64(0x3FE62E42FEFA39EF),         // 0.6931471805599453
     .dbP3 = row64(0x3FD55555555512C8),          // 0.33333333333238757
     .dbP2 = row64(0xBFDFFFFFFFFFCAAE),          // -0.49999999999924227
+    .dbP4 = row64(0xBFD0000000000000),          // -0.25
     .dbInvLn2x128 = row64(0x40671547652B82FE),  // 184.66496523378731 = 128/ln 2
     .dbShifter = row64(0x4338000000000000),     // 1.5*2^52
     .dbLn2by128 = row64(0x3F762E42FEFA39EF),    // 0.0054152123481245725 = ln 2/128

@@ -27,6 +27,7 @@ struct alignas(16) SPowTable {
   Row64 dbTwo44;     // rounds to a multiple of 1/256
   Row64 dbLn2;
   Row64 dbP3, dbP2;    // ln(1 + r) ~ r + (p3 r + p2) r^2
+  Row64 dbP4{};        // A24: ln(1 + r) ~ r + ((p4 r + p3) r + p2) r^2
   Row64 dbInvLn2x128;  // 128/ln 2
   Row64 dbShifter;     // 1.5*2^52
   Row64 dbLn2by128;    // ln 2/128
@@ -50,10 +51,10 @@ inline constexpr int32_t kWLimit = 0x4055D55C;
 // The call-out's exponential covers |w| below about 708.40 (high word 0x4086232C).
 inline constexpr uint32_t kWCallOutLimit = 0x4086232C;
 
-// ln a of two binary64 lanes (positive, normal in binary64), and k adjusted by
-// kadj.  kVectorIndex: i from the low word of the rounding sum (tier A24) rather
-// than from integer work on the high word; the two give the same i.
-template <bool kVectorIndex>
+// ln a of two binary64 lanes (positive, normal in binary64).  kVectorIndex: i from
+// the low word of the rounding sum (tier A24) rather than from integer work on the
+// high word; the two give the same i.  kQuartic: the A24 log polynomial.
+template <bool kVectorIndex, bool kQuartic>
 inline __m128d ln_pair(const SPowTable& tb, __m128d ad) {
   const __m128i hw = as_int(ad);
   const __m128d z = _mm_or_pd(_mm_and_pd(ad, tb.dbFracMask.pd()), tb.dbOne.pd());
@@ -76,7 +77,9 @@ inline __m128d ln_pair(const SPowTable& tb, __m128d ad) {
   const __m128d p1 = _mm_load_pd(reinterpret_cast<const double*>(tb.Log[i1]));
   const __m128d lnc = _mm_unpacklo_pd(p0, p1), inv = _mm_unpackhi_pd(p0, p1);
   const __m128d r = _mm_mul_pd(_mm_sub_pd(z, c), inv);
-  const __m128d poly = _mm_mul_pd(_mm_mul_pd(_mm_add_pd(_mm_mul_pd(tb.dbP3.pd(), r), tb.dbP2.pd()), r), r);
+  __m128d poly = _mm_mul_pd(tb.dbP3.pd(), r);
+  if constexpr (kQuartic) poly = _mm_mul_pd(_mm_add_pd(_mm_mul_pd(tb.dbP4.pd(), r), tb.dbP3.pd()), r);
+  poly = _mm_mul_pd(_mm_mul_pd(_mm_add_pd(poly, tb.dbP2.pd()), r), r);
   return _mm_add_pd(_mm_add_pd(_mm_mul_pd(kd, tb.dbLn2.pd()), lnc), _mm_add_pd(r, poly));
 }
 
@@ -97,7 +100,7 @@ inline bool quad(const SPowTable& tb, __m128 a4, __m128 b4, __m128& out) {
   for (int h = 0; h < 2; ++h) {
     const __m128 ah = h ? _mm_movehl_ps(a4, a4) : a4;
     const __m128 bh = h ? _mm_movehl_ps(b4, b4) : b4;
-    const __m128d w = _mm_mul_pd(_mm_cvtps_pd(bh), ln_pair<kVectorIndex>(tb, _mm_cvtps_pd(ah)));
+    const __m128d w = _mm_mul_pd(_mm_cvtps_pd(bh), ln_pair<kVectorIndex, kVectorIndex>(tb, _mm_cvtps_pd(ah)));
     bad_w = _mm_or_si128(bad_w, _mm_cmpgt_epi32(_mm_and_si128(as_int(w), _mm_set1_epi32(0x7FFFFFFF)),
                                                 _mm_set1_epi32(kWLimit)));
     const __m128d sum = _mm_add_pd(_mm_mul_pd(w, tb.dbInvLn2x128.pd()), tb.dbShifter.pd());
@@ -143,7 +146,7 @@ inline luxStatus spow_lane(const SPowTable& tb, uint32_t ab, uint32_t bb, float*
   __m128d ad = _mm_cvtss_sd(_mm_setzero_pd(), _mm_castsi128_ps(_mm_cvtsi32_si128(int32_t(abs_a))));
   const bool denormal = abs_a < 0x00800000u;
   if (denormal) ad = _mm_mul_sd(ad, tb.dbExpE23.pd());
-  __m128d lna = ln_pair<kVectorIndex>(tb, _mm_unpacklo_pd(ad, ad));
+  __m128d lna = ln_pair<kVectorIndex, kVectorIndex>(tb, _mm_unpacklo_pd(ad, ad));
   if (denormal) lna = _mm_sub_sd(lna, tb.dbE23.pd());
   const double bd = double(__builtin_bit_cast(float, bb));
   const double w = bd * _mm_cvtsd_f64(lna);

@@ -27,13 +27,12 @@ namespace lux::pow {
 
 enum class DTier { kA26, kA50, kA53 };
 
-// Layout of a unit's constant table; K is 1024 (A53, Powx A50) or 64 (A26, Pow A50).
+// Layout of a unit's constant table; K is 1024 (A53, A50) or 64 (A26).
 template <int K>
 struct alignas(16) DPowTable {
   Row64 dbR0;     // R[0]
   Row64 dbDelta;  // (log2(e) - R[0]) / R[0]
-  Row64 dbC2{}, dbC3{}, dbC4{}, dbC5{}, dbC6{}, dbC7{}, dbC8{},
-      dbC9{};  // a tier leaves out what it does not use
+  Row64 dbC2{}, dbC3{}, dbC4{}, dbC5{}, dbC6{}, dbC7{}, dbC8{};
   Row64 dbLn2{}, dbE2{}, dbE3{}, dbE4{}, dbE5{};
   Row64 dbShifter;   // 1.5*2^45: rounds to a multiple of 1/128
   Row64 dbKShifter;  // 1.5*2^20: an integer added to its high word
@@ -127,8 +126,7 @@ inline Log2 log2_pair(const DPowTable<K>& tb, __m128d a, int kadj) {
   const __m128d u = _mm_add_pd(s, e);
   __m128d p;
   if constexpr (T == DTier::kA50) {
-    p = _mm_add_pd(_mm_mul_pd(u, tb.dbC9.pd()), tb.dbC8.pd());
-    p = _mm_add_pd(_mm_mul_pd(u, p), tb.dbC7.pd());
+    p = _mm_add_pd(_mm_mul_pd(u, tb.dbC8.pd()), tb.dbC7.pd());
     p = _mm_add_pd(_mm_mul_pd(u, p), tb.dbC6.pd());
     p = _mm_add_pd(_mm_mul_pd(u, p), tb.dbC5.pd());
     p = _mm_add_pd(_mm_mul_pd(u, p), tb.dbC4.pd());

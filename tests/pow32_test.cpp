@@ -285,44 +285,6 @@ TEST(Pow32, TablesFollowTheirRules) {
 
 TEST(Pow32, Accuracy) { luxtest::expect_family_accuracy("Pow", 32); }
 
-// Powx swept with a few fixed exponents (one call per exponent) against MPFR.
-TEST(Pow32, PowxAccuracyAtFixedExponents) {
-  const double xs[] = {0.5, -1.5, 3.0, 4.0, 7.25, -0.3333333432674408, 123.456, -100.5, 1e-5};
-  const long n = std::max(256L, luxtest::g_sweep.points / 8);
-  mpfr_t ma, mx, mr;
-  mpfr_inits2(luxtk::kOraclePrecision, ma, mx, mr, (mpfr_ptr)0);
-  for (const char* name : kPowx) {
-    const luxtk::CensusEntry* e = luxtk::find_export(name);
-    const double bound = luxtk::tier_bound_ulps(e->tier);
-    luxtk::Worst worst;
-    double worst_x = 0;
-    luxtk::Rng rng(luxtest::g_sweep.seed);
-    for (double x : xs) {
-      std::vector<uint32_t> a;
-      const double lim = std::fmin(120.0 / std::fabs(x), 120.0);
-      for (long i = 0; i < n; ++i)
-        a.push_back(
-            d(i % 2 ? std::exp2(rng.uniform(-lim, lim)) : 1.0 + rng.log_uniform(0x1p-23, 0x1p-4, true)));
-      const Out o = powx_call(name, a, d(x));
-      mpfr_set_d(mx, double(float(x)), MPFR_RNDN);
-      for (long i = 0; i < n; ++i) {
-        mpfr_set_d(ma, double(f32v(a[i])), MPFR_RNDN);
-        mpfr_pow(mr, ma, mx, MPFR_RNDN);
-        const double u = luxtk::ulp_error(double(f32v(o.r[i])), mr, 32);
-        if (u > worst.ulps || worst.count == 0) {
-          worst.ulps = u;
-          worst.a = double(f32v(a[i]));
-          worst.got = double(f32v(o.r[i]));
-          worst_x = double(float(x));
-        }
-        ++worst.count;
-      }
-    }
-    worst.b = worst_x;
-    std::printf("%-22s bound %g: %s\n", name, bound, luxtk::describe(worst, true).c_str());
-    EXPECT_LE(worst.ulps, bound) << name;
-  }
-  mpfr_clears(ma, mx, mr, (mpfr_ptr)0);
-}
+TEST(Pow32, PowxAccuracy) { luxtest::expect_family_accuracy("Powx", 32); }
 
 }  // namespace

@@ -366,46 +366,6 @@ TEST(Pow64, TablesFollowTheirRules) {
 
 TEST(Pow64, Accuracy) { luxtest::expect_family_accuracy("Pow", 64); }
 
-// Powx is swept here with a few fixed exponents (one call per exponent, so the
-// vector path is what is measured), against MPFR.
-TEST(Pow64, PowxAccuracyAtFixedExponents) {
-  const double xs[] = {0.5, -1.5, 3.0, 7.25, -0.3333333333333333, 123.456, -1000.5, 1e-5};
-  const long n = std::max(256L, luxtest::g_sweep.points / 8);
-  mpfr_t ma, mx, mr;
-  mpfr_inits2(luxtk::kOraclePrecision, ma, mx, mr, (mpfr_ptr)0);
-  for (const char* name : kPowx) {
-    const luxtk::CensusEntry* e = luxtk::find_export(name);
-    const double bound = luxtk::tier_bound_ulps(e->tier);
-    luxtk::Worst worst;
-    double worst_x = 0;
-    luxtk::Rng rng(luxtest::g_sweep.seed);
-    for (double x : xs) {
-      std::vector<uint64_t> a;
-      // Bases whose results stay mostly inside the range, and near 1.
-      const double lim = std::fmin(1000.0 / std::fabs(x), 1020.0);
-      for (long i = 0; i < n; ++i)
-        a.push_back(
-            d(i % 2 ? std::exp2(rng.uniform(-lim, lim)) : 1.0 + rng.log_uniform(0x1p-50, 0x1p-4, true)));
-      const Out o = powx_call(name, a, d(x));
-      mpfr_set_d(mx, x, MPFR_RNDN);
-      for (long i = 0; i < n; ++i) {
-        mpfr_set_d(ma, f64(a[i]), MPFR_RNDN);
-        mpfr_pow(mr, ma, mx, MPFR_RNDN);
-        const double u = luxtk::ulp_error(f64(o.r[i]), mr, 64);
-        if (u > worst.ulps || worst.count == 0) {
-          worst.ulps = u;
-          worst.a = f64(a[i]);
-          worst.got = f64(o.r[i]);
-          worst_x = x;
-        }
-        ++worst.count;
-      }
-    }
-    worst.b = worst_x;
-    std::printf("%-22s bound %g: %s\n", name, bound, luxtk::describe(worst, true).c_str());
-    EXPECT_LE(worst.ulps, bound) << name;
-  }
-  mpfr_clears(ma, mx, mr, (mpfr_ptr)0);
-}
+TEST(Pow64, PowxAccuracy) { luxtest::expect_family_accuracy("Powx", 64); }
 
 }  // namespace

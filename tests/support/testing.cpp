@@ -13,7 +13,7 @@ void expect_family_accuracy(const char* family, int component_bits) {
     if (std::strcmp(e->family, family) != 0 || e->component_bits() != component_bits) continue;
     if (e->complex_src() || e->complex_dst()) continue;
     const luxtk::SweepResult r = luxtk::sweep_export(*e, *fam, g_sweep);
-    const bool two = e->sources() == 2;
+    const bool two = e->inputs() == 2;
     std::printf("%-22s bound %g: %s\n", e->name, r.bound, luxtk::describe(r.overall, two).c_str());
     for (const auto& [name, w] : r.regions)
       std::printf("    %-28s %s\n", name.c_str(), luxtk::describe(w, two).c_str());

@@ -40,6 +40,7 @@ int CensusEntry::component_bits() const { return type[0] == '3' ? 32 : 64; }
 size_t CensusEntry::src_size() const { return size_t(component_bits() / 8) * (complex_src() ? 2 : 1); }
 size_t CensusEntry::dst_size() const { return size_t(component_bits() / 8) * (complex_dst() ? 2 : 1); }
 int CensusEntry::sources() const { return std::strcmp(shape, "B") == 0 ? 2 : 1; }
+int CensusEntry::inputs() const { return sources() == 2 || std::strcmp(shape, "X") == 0 ? 2 : 1; }
 int CensusEntry::results() const { return std::strcmp(shape, "D") == 0 ? 2 : 1; }
 bool CensusEntry::sse_guarded() const { return guard[0] == 'S' && (guard[1] == '\0' || guard[1] == '+'); }
 bool CensusEntry::any_sse_guard() const { return guard[0] == 'S'; }

@@ -21,14 +21,15 @@ struct CensusEntry {
   const char* guard;     // - S Sdn Sup Stz 53 64 S+53 S+64
   const char* kind;      // F1..F7
 
-  bool complex_src() const;   // source elements are complex
-  bool complex_dst() const;   // result elements are complex
-  size_t src_size() const;    // bytes per source element
-  size_t dst_size() const;    // bytes per result element
-  int component_bits() const; // 32 or 64
-  int sources() const;        // 1 or 2 source arrays
-  int results() const;        // 1 or 2 result arrays
-  bool sse_guarded() const;   // forces round-to-nearest/no-FTZ (not the directed ones)
+  bool complex_src() const;    // source elements are complex
+  bool complex_dst() const;    // result elements are complex
+  size_t src_size() const;     // bytes per source element
+  size_t dst_size() const;     // bytes per result element
+  int component_bits() const;  // 32 or 64
+  int sources() const;         // 1 or 2 source arrays
+  int inputs() const;          // arguments per lane: 2 for B and for X (its scalar)
+  int results() const;         // 1 or 2 result arrays
+  bool sse_guarded() const;    // forces round-to-nearest/no-FTZ (not the directed ones)
   bool any_sse_guard() const;
   bool may_return(int status) const;
 };

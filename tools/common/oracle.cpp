@@ -149,6 +149,18 @@ Region specials_region(std::string name) {
           }};
 }
 
+Region fixed_scalar_region(std::string name, Region ra, std::vector<double> scalars) {
+  return {std::move(name), [=](Rng& rng, int bits, long n, std::vector<double>& a, std::vector<double>& b) {
+            std::vector<double> unused;
+            const long each = std::max(1L, n / long(scalars.size()));
+            for (double x : scalars) {
+              const size_t start = a.size();
+              ra.draw(rng, bits, each, a, unused);
+              b.insert(b.end(), a.size() - start, to_width(x, bits));
+            }
+          }};
+}
+
 Region pair_region(std::string name, Region ra, Region rb) {
   return {std::move(name), [=](Rng& rng, int bits, long n, std::vector<double>& a, std::vector<double>& b) {
             std::vector<double> unused;
@@ -188,17 +200,27 @@ void Worst::merge(const Worst& w) {
 }
 
 namespace {
-// Calls the export on the inputs in chunks, results widened to double.
-std::vector<double> evaluate(const CensusEntry& e, const std::vector<double>& a, const std::vector<double>& b) {
+// Calls the export on the inputs in chunks, results widened to double.  For
+// shape X the second inputs are the by-value exponent: each run of equal
+// values is one call, so the block path is what gets measured.
+std::vector<double> evaluate(const CensusEntry& e, const std::vector<double>& a,
+                             const std::vector<double>& b) {
   void* fn = export_address(e.name);
   const bool is32 = e.component_bits() == 32;
+  const bool by_value = std::string_view(e.shape) == "X";
   const size_t n = a.size();
   std::vector<double> out(n);
   constexpr size_t kChunk = 4096;
   std::vector<float> fa(kChunk), fb(kChunk), fo(kChunk);
   std::vector<double> da(kChunk), db(kChunk), dout(kChunk);
-  for (size_t i = 0; i < n; i += kChunk) {
-    const size_t m = std::min(kChunk, n - i);
+  for (size_t i = 0; i < n;) {
+    size_t m = std::min(kChunk, n - i);
+    if (by_value)
+      for (size_t j = 1; j < m; ++j)
+        if (std::memcmp(&b[i + j], &b[i], sizeof(double)) != 0) {
+          m = j;
+          break;
+        }
     for (size_t j = 0; j < m; ++j) {
       if (is32) {
         fa[j] = float(a[i + j]);
@@ -208,11 +230,13 @@ std::vector<double> evaluate(const CensusEntry& e, const std::vector<double>& a,
         if (!b.empty()) db[j] = b[i + j];
       }
     }
+    // Shape X reads its scalar from the first element of the second array.
     run_clean([&] {
-      return is32 ? invoke(e, fn, fa.data(), fb.data(), nullptr, fo.data(), nullptr, int(m))
-                  : invoke(e, fn, da.data(), db.data(), nullptr, dout.data(), nullptr, int(m));
+      return is32 ? invoke(e, fn, fa.data(), fb.data(), fb.data(), fo.data(), nullptr, int(m))
+                  : invoke(e, fn, da.data(), db.data(), db.data(), dout.data(), nullptr, int(m));
     });
     for (size_t j = 0; j < m; ++j) out[i + j] = is32 ? double(fo[j]) : dout[j];
+    i += m;
   }
   return out;
 }
@@ -223,7 +247,7 @@ SweepResult sweep_export(const CensusEntry& e, const AccuracyFamily& fam, const 
   res.export_name = e.name;
   res.bound = fam.bound ? fam.bound(e) : tier_bound_ulps(e.tier);
   const int bits = e.component_bits();
-  const bool two = e.sources() == 2;
+  const bool two = e.inputs() == 2;
   const auto& regions = fam.regions;
   Rng rng(opt.seed);
   mpfr_t x, y, r;

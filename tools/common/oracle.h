@@ -59,6 +59,9 @@ Region splits_region(std::string name, std::vector<double> points, int k);
 // The special values of the format: +-0, +-Inf, quiet NaN, the smallest
 // subnormal and normal, the largest finite, +-1, each with both signs.
 Region specials_region(std::string name = "special values");
+// Shape X: the by-value scalar is fixed per run; for each of `scalars` the
+// region draws n / scalars.size() first arguments from `a`.
+Region fixed_scalar_region(std::string name, Region a, std::vector<double> scalars);
 // Two-argument region built from one region per argument.
 Region pair_region(std::string name, Region a, Region b);
 
@@ -99,7 +102,8 @@ struct SweepOptions {
 };
 
 // Runs the export (from a clean MXCSR) over every region's inputs and measures
-// each result against MPFR.  Only real one- and two-argument shapes (U, B).
+// each result against MPFR.  Real shapes U, B and X (the scalar of X is the
+// region's second input, one call per run of equal scalars).
 SweepResult sweep_export(const CensusEntry& e, const AccuracyFamily& fam, const SweepOptions& opt);
 
 // "max error 0.512 ulp at x = 0x1.62e42fefa39efp+9 (got 0x...)".

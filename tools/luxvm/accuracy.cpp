@@ -41,12 +41,12 @@ int cmd_accuracy(int argc, char** argv) {
     const bool pass = r.overall.ulps <= r.bound;
     failures += !pass;
     ++measured;
-    std::printf("%-22s bound %-10g %s%s\n", e->name, r.bound, luxtk::describe(r.overall, e->sources() == 2).c_str(),
+    std::printf("%-22s bound %-10g %s%s\n", e->name, r.bound, luxtk::describe(r.overall, e->inputs() == 2).c_str(),
                 pass ? "" : "  ** ABOVE BOUND **");
     for (const auto& [name, w] : r.regions)
-      std::printf("    %-28s %s\n", name.c_str(), luxtk::describe(w, e->sources() == 2).c_str());
+      std::printf("    %-28s %s\n", name.c_str(), luxtk::describe(w, e->inputs() == 2).c_str());
     char row[512];
-    const bool two = e->sources() == 2;
+    const bool two = e->inputs() == 2;
     std::snprintf(row, sizeof row, "| `%s` | %s | %g | %.5g | `%s%s%s` | %ld |", e->name, e->tier, r.bound,
                   r.overall.ulps, luxtk::hexfloat(r.overall.a).c_str(), two ? ", " : "",
                   two ? luxtk::hexfloat(r.overall.b).c_str() : "", r.overall.count);

@@ -6,7 +6,7 @@
 // a = k pi/32 + pi/2, so that cos x = sin a + r cos a + (higher terms).
 #include "frame/frame.h"
 #include "frame/lanes.h"
-#include "trig/sincos_callouts.h"
+#include "scalar/trig_scalar.h"
 #include "trig/sincos_kernel.h"
 
 namespace {

@@ -8,7 +8,7 @@
 // included, follows the caller's MXCSR.
 #include "frame/frame.h"
 #include "frame/lanes.h"
-#include "trig/sincos_callouts.h"
+#include "scalar/trig_scalar.h"
 #include "trig/sincos_kernel.h"
 
 namespace {

@@ -6,7 +6,7 @@
 // first two terms carried as head and tail from a 64-entry table.
 #include "frame/frame.h"
 #include "frame/lanes.h"
-#include "trig/sincos_callouts.h"
+#include "scalar/trig_scalar.h"
 #include "trig/sincos_kernel.h"
 
 namespace {

@@ -11,7 +11,7 @@
 // polynomial is evaluated at r = pi/2, the end of its interval.
 #include "frame/frame.h"
 #include "frame/lanes.h"
-#include "trig/sincos_callouts.h"
+#include "scalar/trig_scalar.h"
 #include "trig/sincos_kernel.h"
 
 namespace {

@@ -6,7 +6,7 @@
 // q of degree 3 fitted over [-pi/2, pi/2].
 #include "frame/frame.h"
 #include "frame/lanes.h"
-#include "trig/sincos_callouts.h"
+#include "scalar/trig_scalar.h"
 #include "trig/sincos_kernel.h"
 
 namespace {

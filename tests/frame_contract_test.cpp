@@ -93,7 +93,8 @@ struct Call {
   int run(uint32_t mxcsr = luxtk::kDefaultMxcsr, uint32_t* flags = nullptr) {
     void* fn = luxtk::export_address(e.name);
     const luxtk::Outcome o = luxtk::run_clean(
-        [&] { return luxtk::invoke(e, fn, s1.data(), s2.data(), x.data(), d1.data(), d2.data(), len); }, mxcsr);
+        [&] { return luxtk::invoke(e, fn, s1.data(), s2.data(), x.data(), d1.data(), d2.data(), len); },
+        mxcsr);
     if (flags) *flags = o.flags;
     return o.status;
   }
@@ -175,17 +176,18 @@ TEST_P(FrameContract, RestoresControlRegistersAndKeepsFlags) {
     const uint16_t after_cw = luxtk::read_x87_cw();
     luxtk::write_mxcsr(saved);
     luxtk::write_x87_cw(saved_cw);
-    SCOPED_TRACE(testing::Message() << e.name << " entry MXCSR 0x" << std::hex << k.mxcsr << " CW 0x" << k.x87);
+    SCOPED_TRACE(testing::Message() << e.name << " entry MXCSR 0x" << std::hex << k.mxcsr << " CW 0x"
+                                    << k.x87);
     EXPECT_EQ(after_cw, k.x87) << "x87 control word not restored";
     EXPECT_EQ(after & ~luxtk::kFlagMask, k.mxcsr & ~luxtk::kFlagMask) << "MXCSR control not restored";
     // Flags are never cleared; when a guard had to change MXCSR, the exit
     // reloads the entry value whole.
     EXPECT_EQ(after & k.mxcsr & luxtk::kFlagMask, k.mxcsr & luxtk::kFlagMask) << "entry flags cleared";
-    const uint32_t want = std::string(e.guard)[0] != 'S'        ? 0xFFFFFFFF
-                          : std::string(e.guard) == "Sup"        ? luxtk::kRoundUp
-                          : std::string(e.guard) == "Sdn"        ? luxtk::kRoundDown
-                          : std::string(e.guard) == "Stz"        ? luxtk::kRoundTowardZero
-                                                                 : 0u;
+    const uint32_t want = std::string(e.guard)[0] != 'S'  ? 0xFFFFFFFF
+                          : std::string(e.guard) == "Sup" ? luxtk::kRoundUp
+                          : std::string(e.guard) == "Sdn" ? luxtk::kRoundDown
+                          : std::string(e.guard) == "Stz" ? luxtk::kRoundTowardZero
+                                                          : 0u;
     if (want != 0xFFFFFFFF && (k.mxcsr & 0xE000) != want) {
       EXPECT_EQ(after, k.mxcsr) << "a changed guard must reload the entry MXCSR whole";
     }
@@ -198,7 +200,8 @@ TEST_P(FrameContract, GuardedResultsIgnoreCallerRoundingAndFlush) {
   for (int len : {1, 8, 9, 20}) {
     Call plain(e, len), odd(e, len);
     const int s0 = plain.run();
-    const int s1 = odd.run(luxtk::kDefaultMxcsr | luxtk::kRoundUp | luxtk::kFlushToZero | luxtk::kDenormalsAreZero);
+    const int s1 =
+        odd.run(luxtk::kDefaultMxcsr | luxtk::kRoundUp | luxtk::kFlushToZero | luxtk::kDenormalsAreZero);
     EXPECT_EQ(s0, s1) << e.name;
     EXPECT_EQ(plain.d1.contents(), odd.d1.contents()) << e.name << " len " << len;
     EXPECT_EQ(plain.d2.contents(), odd.d2.contents()) << e.name << " len " << len;
@@ -222,8 +225,10 @@ TEST_P(FrameContract, WritesExactlyLenLanesWhateverTheAlignment) {
     for (size_t off : {size_t(4), size_t(8)}) {
       Call shifted(e, len, off);
       EXPECT_EQ(shifted.run(), st) << e.name;
-      EXPECT_EQ(shifted.d1.contents(), aligned.d1.contents()) << e.name << " offset " << off << " len " << len;
-      EXPECT_EQ(shifted.d2.contents(), aligned.d2.contents()) << e.name << " offset " << off << " len " << len;
+      EXPECT_EQ(shifted.d1.contents(), aligned.d1.contents())
+          << e.name << " offset " << off << " len " << len;
+      EXPECT_EQ(shifted.d2.contents(), aligned.d2.contents())
+          << e.name << " offset " << off << " len " << len;
       EXPECT_TRUE(shifted.d1.canaries_intact()) << e.name << " offset " << off;
     }
   }
@@ -241,10 +246,11 @@ TEST_P(FrameContract, InPlaceEqualsOutOfPlace) {
       Call c(e, len);
       unsigned char* io = which == 0 ? c.s1.data() : c.s2.data();
       const int got = luxtk::run_clean([&] {
-        if (shape == "B")
-          return luxtk::invoke(e, fn, c.s1.data(), c.s2.data(), nullptr, io, nullptr, len);
-        return luxtk::invoke(e, fn, io, nullptr, c.x.data(), io, shape == "D" ? c.d2.data() : nullptr, len);
-      }).status;
+                        if (shape == "B")
+                          return luxtk::invoke(e, fn, c.s1.data(), c.s2.data(), nullptr, io, nullptr, len);
+                        return luxtk::invoke(e, fn, io, nullptr, c.x.data(), io,
+                                             shape == "D" ? c.d2.data() : nullptr, len);
+                      }).status;
       EXPECT_EQ(got, want) << e.name << " len " << len;
       const auto result = which == 0 ? c.s1.contents() : c.s2.contents();
       EXPECT_EQ(result, ref.d1.contents()) << e.name << " in place (source " << which + 1 << "), len " << len;

@@ -1,4 +1,6 @@
 // The frame's mechanisms on their own: guards, reporter, latch and drivers.
+#include "frame/frame.h"
+
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -6,7 +8,6 @@
 #include <vector>
 
 #include "common/fpenv.h"
-#include "frame/frame.h"
 
 namespace {
 
@@ -49,7 +50,8 @@ TEST(Guards, ChangeOnlyWhatDiffersAndRestoreWhole) {
   EXPECT_EQ(luxtk::read_mxcsr(), kDefaultMxcsr | luxtk::kInvalid);
   // Entry round-up with FTZ and DAZ: inside, nearest without FTZ but DAZ and
   // masks untouched; at exit the entry value, flags included, comes back.
-  const uint32_t entry = kDefaultMxcsr | luxtk::kRoundUp | luxtk::kFlushToZero | luxtk::kDenormalsAreZero | 0x1;
+  const uint32_t entry =
+      kDefaultMxcsr | luxtk::kRoundUp | luxtk::kFlushToZero | luxtk::kDenormalsAreZero | 0x1;
   luxtk::write_mxcsr(entry);
   uint32_t inside = 0;
   {

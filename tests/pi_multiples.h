@@ -34,7 +34,8 @@ inline std::vector<NearMultiple> nearest_multiples_of_pio2(int p, int e_lo, int 
   const mpfr_prec_t work = 400;
   mpfr_t beta, alpha, x, t, dist, best;
   mpfr_inits2(work, alpha, x, t, dist, best, (mpfr_ptr) nullptr);
-  const unsigned __int128 lo = (unsigned __int128)1 << (p - 1), hi = (unsigned __int128)1 << p;
+  // Significands M in [lo, top]; products that overflow are out of range.
+  const uint64_t lo = uint64_t(1) << (p - 1), top = p == 64 ? ~uint64_t(0) : (uint64_t(1) << p) - 1;
   for (int E = e_lo; E <= e_hi; E += e_step) {
     mpfr_init2(beta, work + (E > 0 ? E : 0));
     mpfr_const_pi(beta, MPFR_RNDN);
@@ -43,41 +44,41 @@ inline std::vector<NearMultiple> nearest_multiples_of_pio2(int p, int e_lo, int 
     mpfr_frac(alpha, beta, MPFR_RNDN);
     mpfr_clear(beta);
 
-    std::vector<unsigned __int128> cands;
+    std::vector<uint64_t> cands;
     // Continued fraction of alpha: q_(-1) = 0, q_0 = 1.
-    unsigned __int128 qm = 0, q = 1;
+    uint64_t qm = 0, q = 1;
     mpfr_set(x, alpha, MPFR_RNDN);
-    for (int it = 0; it < 200 && q < hi; ++it) {
+    for (int it = 0; it < 200; ++it) {
       if (mpfr_zero_p(x)) break;
       mpfr_ui_div(x, 1, x, MPFR_RNDN);
       mpfr_floor(t, x);
       mpfr_sub(x, x, t, MPFR_RNDN);
-      if (mpfr_cmp_d(t, 1e30) > 0) break;
-      const unsigned __int128 a = (unsigned __int128)mpfr_get_d(t, MPFR_RNDN);
-      // Largest semiconvergent qm + s q (s <= a) below hi, if it reaches lo.
-      if (q > 0) {
-        unsigned __int128 s = (hi - 1 - qm) / q;
-        if (s > a) s = a;
-        if (qm + s * q >= lo) cands.push_back(qm + s * q);
-        // Smallest multiple of q in range.
-        const unsigned __int128 c = (lo + q - 1) / q;
-        if (c * q < hi) cands.push_back(c * q);
-      }
-      const unsigned __int128 qn = a * q + qm;
+      if (mpfr_cmp_d(t, 0x1p63) >= 0) break;
+      const uint64_t a = uint64_t(mpfr_get_d(t, MPFR_RNDN));
+      // Largest semiconvergent qm + s q (s <= a) up to top, if it reaches lo.
+      uint64_t s = (top - qm) / q;
+      if (s > a) s = a;
+      if (qm + s * q >= lo) cands.push_back(qm + s * q);
+      // Smallest multiple of q in range.
+      const uint64_t c = lo / q + (lo % q != 0);
+      uint64_t cq;
+      if (!__builtin_mul_overflow(c, q, &cq) && cq <= top) cands.push_back(cq);
+      uint64_t qn;
+      if (__builtin_mul_overflow(a, q, &qn) || __builtin_add_overflow(qn, qm, &qn) || qn > top) break;
       qm = q;
       q = qn;
     }
     uint64_t bestM = 0;
     mpfr_set_inf(best, 1);
-    for (const unsigned __int128 M : cands) {
-      mpfr_set_u64(t, (uint64_t)M);
+    for (const uint64_t M : cands) {
+      mpfr_set_u64(t, M);
       mpfr_mul(dist, alpha, t, MPFR_RNDN);
       mpfr_round(t, dist);
       mpfr_sub(dist, dist, t, MPFR_RNDN);
       mpfr_abs(dist, dist, MPFR_RNDN);
       if (mpfr_cmp(dist, best) < 0) {
         mpfr_set(best, dist, MPFR_RNDN);
-        bestM = (uint64_t)M;
+        bestM = M;
       }
     }
     if (bestM != 0) {

@@ -149,14 +149,14 @@ bool measure_one(mpfr_srcptr x, int shift, unsigned count, unsigned modulus, con
   mpz_t z;
   mpz_init(z);
   mpfr_get_z(z, N, MPFR_RNDN);
-  const long nmod = long(mpz_fdiv_ui(z, modulus));
+  const int64_t nmod = int64_t(mpz_fdiv_ui(z, modulus));
   mpz_clear(z);
-  const long want = long(count % modulus);
-  long delta = want - nmod;  // -modulus < delta < modulus
-  if (delta > long(modulus) / 2) delta -= long(modulus);
-  if (delta < -long(modulus) / 2) delta += long(modulus);
+  const int64_t want = int64_t(count % modulus), mod = int64_t(modulus);
+  int64_t delta = want - nmod;  // -modulus < delta < modulus
+  if (delta > mod / 2) delta -= mod;
+  if (delta < -mod / 2) delta += mod;
   bool ok = delta >= -1 && delta <= 1;
-  mpfr_add_si(N, N, delta, MPFR_RNDN);
+  mpfr_add_si(N, N, long(delta), MPFR_RNDN);
   mpfr_mul(r, N, pis, MPFR_RNDN);
   mpfr_sub(r, x, r, MPFR_RNDN);
   mpfr_set_d(got, out[0], MPFR_RNDN);

@@ -1,6 +1,7 @@
 // _dCos: cos x in double precision for every double, on the SSE unit: the
-// sine's grid shifted by a quarter turn.  Worst case measured by
-// trigcore_test (see the test's report).
+// sine's grid shifted by a quarter turn.  max error 0.509 ulp on random
+// arguments, 0.601 ulp at x = 0x1.65a1dd290660fp+16, next to a multiple of
+// pi/2 (trigcore_test).
 #include "scalar/dsincos_steps.h"
 
 extern "C" alignas(16) const OrkDCosTab _dCosTab = {

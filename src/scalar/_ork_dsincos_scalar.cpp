@@ -1,6 +1,6 @@
 // _dSinCos: sin x and cos x in double precision for every double, from one
-// reduction and two table entries a quarter turn apart.  Worst case measured
-// by trigcore_test (see the test's report).
+// reduction and two table entries a quarter turn apart: bit for bit the
+// results of _dSin and _dCos (trigcore_test).
 #include "scalar/dsincos_steps.h"
 
 extern "C" alignas(16) const OrkDSinCosTab _dSinCosTab = {

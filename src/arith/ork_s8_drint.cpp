@@ -1,10 +1,5 @@
 // luxsRint_64f: integer nearest to x in the caller's rounding mode, exact, on binary64 lanes.  Rounds by
 // the shifter M = 2^52 under the caller's rounding.
-//
-// m = M with the sign of x; r = (x + m) - m rounds x in the caller's
-// direction.  The result carries the sign of x: under round-down a positive x
-// below 1 leaves r = (M - M) = -0, so the sign is set from x rather than ORed
-// onto r (OR alone keeps that -0 for a positive x; rint gives +0 there).
 #include "arith/shifter_rounding.h"
 
 namespace {
@@ -26,27 +21,11 @@ constexpr Table kTab = {
     .iPathBound = lux::row32(kVectorPathBound),
 };
 
-struct Rint {
-  using T = double;
-  using V = __m128d;
-  static constexpr uint32_t kExpField = 0x7FF00000;    // exponent field of the high word
-  static constexpr uint32_t kShifterExp = 0x43300000;  // that field in M: x is an integer from here on
-  static __m128i path_mask() { return kTab.iPathMask.pi(); }
-  static __m128i path_bound() { return kTab.iPathBound.pi(); }
-  static V vec(V x) {
-    const V sign = _mm_and_pd(x, kTab.dbSignMask.pd());
-    const V m = _mm_or_pd(kTab.dbShifter.pd(), sign);
-    const V r = _mm_sub_pd(lux::opaque(_mm_add_pd(x, m)), m);
-    return _mm_or_pd(_mm_andnot_pd(kTab.dbSignMask.pd(), r), sign);
-  }
-};
+using Rint = lux::arith::RoundInCallerMode64<kTab>;
 
 }  // namespace
 
 LUXVM_EXPORT luxStatus luxsRint_64f(const lux64f* src, lux64f* dst, int len) {
   if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  // No guard: the caller's rounding mode is the function.
-  lux::arith::RoundKernel<Rint> k{src, dst};
-  lux::run_closed<4>(len, k);
-  return luxOk;
+  return lux::arith::run_in_caller_mode<Rint>(src, dst, len);
 }

@@ -159,4 +159,51 @@ struct ModfKernel {
   }
 };
 
+// Rint and NearbyInt (the same code), in the caller's rounding mode: m = M
+// with the sign of x; r = (x + m) - m rounds x in the caller's direction.
+// The result carries the sign of x: under round-down a positive x below 1
+// leaves r = (M - M) = -0, so the sign is set from x rather than ORed onto r
+// (OR alone keeps that -0 for a positive x; rint gives +0 there).  kTab is
+// the unit's table: the shifter M, the sign mask and the block-test rows.
+template <const auto& kTab>
+struct RoundInCallerMode64 {
+  using T = double;
+  using V = __m128d;
+  static constexpr uint32_t kExpField = 0x7FF00000;    // exponent field of the high word
+  static constexpr uint32_t kShifterExp = 0x43300000;  // that field in M: x is an integer from here on
+  static __m128i path_mask() { return kTab.iPathMask.pi(); }
+  static __m128i path_bound() { return kTab.iPathBound.pi(); }
+  static V vec(V x) {
+    const V sign = _mm_and_pd(x, kTab.dbSignMask.pd());
+    const V m = _mm_or_pd(kTab.dbShifter.pd(), sign);
+    const V r = _mm_sub_pd(lux::opaque(_mm_add_pd(x, m)), m);
+    return _mm_or_pd(_mm_andnot_pd(kTab.dbSignMask.pd(), r), sign);
+  }
+};
+
+template <const auto& kTab>
+struct RoundInCallerMode32 {
+  using T = float;
+  using V = __m128;
+  static constexpr uint32_t kExpField = 0x7F800000;    // exponent field of the word
+  static constexpr uint32_t kShifterExp = 0x4B000000;  // that field in M: x is an integer from here on
+  static __m128i path_mask() { return kTab.iPathMask.pi(); }
+  static __m128i path_bound() { return kTab.iPathBound.pi(); }
+  static V vec(V x) {
+    const V sign = _mm_and_ps(x, kTab.flSignMask.ps());
+    const V m = _mm_or_ps(kTab.flShifter.ps(), sign);
+    const V r = _mm_sub_ps(lux::opaque(_mm_add_ps(x, m)), m);
+    return _mm_or_ps(_mm_andnot_ps(kTab.flSignMask.ps(), r), sign);
+  }
+};
+
+// The export body of Rint and NearbyInt after the entry checks.  No guard:
+// the caller's rounding mode is the function.
+template <class F>
+inline luxStatus run_in_caller_mode(const typename F::T* src, typename F::T* dst, int len) {
+  RoundKernel<F> k{src, dst};
+  run_closed<RoundKernel<F>::kBlock>(len, k);
+  return luxOk;
+}
+
 }  // namespace lux::arith

@@ -1,7 +1,7 @@
 # Checks the shared object as shipped: soname; dynamic exports are exactly the
 # census names that are implemented (every export is a census name or
 # luxvmGetLibVersion); no undefined symbols; no DT_NEEDED; no text
-# relocations; no instruction beyond SSE3.
+# relocations; no writable static data; no instruction beyond SSE3.
 function(run out)
   execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE o RESULT_VARIABLE r ERROR_VARIABLE e)
   if(NOT r EQUAL 0)
@@ -20,6 +20,17 @@ endif()
 if(dyn MATCHES "TEXTREL")
   message(FATAL_ERROR "the library has text relocations")
 endif()
+
+# No writable static data: the only relocated data (the version record's text
+# pointers) lives in RELRO, read-only once the loader has filled it in; no
+# constructors run at load.
+run(sections readelf -SW "${LIB}")
+string(REGEX MATCHALL "\\.(data|bss|tdata|tbss|init_array|ctors)[ \t]+[A-Z]+[ \t]+[0-9a-f]+ [0-9a-f]+ [0-9a-f]+" writable "${sections}")
+foreach(sec IN LISTS writable)
+  if(NOT sec MATCHES " 0+$")
+    message(FATAL_ERROR "writable or start-up section in the library: ${sec}")
+  endif()
+endforeach()
 
 run(undef nm -D --undefined-only "${LIB}")
 string(STRIP "${undef}" undef)
@@ -62,4 +73,4 @@ if(bad)
   list(REMOVE_DUPLICATES bad)
   message(FATAL_ERROR "instructions beyond SSE3: ${bad}")
 endif()
-message(STATUS "abi: ${count} exports, all in the census; soname ${SONAME}; self-contained; SSE3 at most")
+message(STATUS "abi: ${count} exports, all in the census; soname ${SONAME}; self-contained; no writable data; SSE3 at most")

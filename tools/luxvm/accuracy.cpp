@@ -24,13 +24,26 @@ int cmd_accuracy(int argc, char** argv) {
   if (opt.points) so.points = opt.points;
   const std::string out = opt.out.empty() ? std::string(LUXVM_SOURCE_DIR "/docs/accuracy.md") : opt.out;
 
-  // Previous report rows survive for families not re-measured in this run.
-  std::map<std::string, std::string> rows;
+  // Previous summary rows and per-region details survive for exports not
+  // re-measured in this run.  A detail block runs from its "#### `name`"
+  // heading to the next blank line after its table.
+  std::map<std::string, std::string> rows, details;
   {
     std::ifstream in(out);
-    std::string line;
-    while (std::getline(in, line))
-      if (line.rfind("| `luxs", 0) == 0) rows[line.substr(3, line.find('`', 3) - 3)] = line;
+    std::string line, current;
+    bool in_details = false;
+    while (std::getline(in, line)) {
+      if (line.rfind("## Per region", 0) == 0) in_details = true;
+      if (!in_details && line.rfind("| `luxs", 0) == 0) rows[line.substr(3, line.find('`', 3) - 3)] = line;
+      if (in_details && line.rfind("#### `", 0) == 0) current = line.substr(6, line.find('`', 6) - 6);
+      if (in_details && !current.empty()) {
+        if (line.empty() && details[current].find("\n|") != std::string::npos) {
+          current.clear();
+          continue;
+        }
+        details[current] += line + "\n";
+      }
+    }
   }
   int failures = 0, measured = 0;
   for (const luxtk::CensusEntry* e : luxtk::implemented()) {
@@ -51,6 +64,17 @@ int cmd_accuracy(int argc, char** argv) {
                   r.overall.ulps, luxtk::hexfloat(r.overall.a).c_str(), two ? ", " : "",
                   two ? luxtk::hexfloat(r.overall.b).c_str() : "", r.overall.count);
     rows[e->name] = row;
+    std::string d = "#### `" + std::string(e->name) +
+                    "`\n\n| Region | Max error (ulp) | Worst input | Points |\n|---|---|---|---|\n";
+    for (const auto& [name, w] : r.regions) {
+      std::string cell;  // a '|' inside a region's name would end its table cell
+      for (char c : name) cell += c == '|' ? std::string("\\|") : std::string(1, c);
+      std::snprintf(row, sizeof row, "| %s | %.5g | `%s%s%s` | %ld |\n", cell.c_str(), w.ulps,
+                    luxtk::hexfloat(w.a).c_str(), two ? ", " : "", two ? luxtk::hexfloat(w.b).c_str() : "",
+                    w.count);
+      d += row;
+    }
+    details[e->name] = d;
   }
   if (measured == 0) {
     std::fprintf(stderr, "luxvm: nothing to measure%s%s\n", opt.family.empty() ? "" : " for ",
@@ -69,6 +93,8 @@ int cmd_accuracy(int argc, char** argv) {
     << "| Export | Tier | Bound (ulp) | Max error (ulp) | Worst input | Points |\n"
     << "|---|---|---|---|---|---|\n";
   for (const auto& [name, row] : rows) f << row << "\n";
+  f << "\n## Per region\n\nThe same sweeps, region by region: where in the domain each maximum lies.\n\n";
+  for (const auto& [name, d] : details) f << d << "\n";
   std::printf("wrote %s (%d exports measured, %d above bound)\n", out.c_str(), measured, failures);
   return failures ? 1 : 0;
 }

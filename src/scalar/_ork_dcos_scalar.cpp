@@ -28,14 +28,8 @@ extern "C" __m128d _dCos(__m128d xv) {
   const OrkDCosTab& T = _dCosTab;
   const double x = lane(xv);
   const uint32_t e = uint32_t(bits(x) >> 52) & 0x7FF;
-  if (__builtin_expect(e == 0x7FF, 0)) {
-    if ((bits(x) & 0x000FFFFFFFFFFFFFull) == 0) return as_lane(x * opaque(f64(T.zero)));
-    return as_lane(x * x);
-  }
-  if (__builtin_expect(e < kTinyExponent, 0)) {
-    // 1 - |x|: 1.0 rounded, inexact raised unless x is 0.
-    return as_lane(f64(T.one) - f64(bits(opaque(x)) & 0x7FFFFFFFFFFFFFFFull));
-  }
+  if (__builtin_expect(e == 0x7FF, 0)) return not_finite(x, T.zero);
+  if (__builtin_expect(e < kTinyExponent, 0)) return cos_of_tiny(x, T.one);
   const GridPoint g = to_grid(T.k, x, e);
   return as_lane(from_entry(T.entry[(g.index + 16) & 0x3F], g));
 }

@@ -30,16 +30,8 @@ extern "C" __m128d _dSin(__m128d xv) {
   const OrkDSinTab& T = _dSinTab;
   const double x = lane(xv);
   const uint32_t e = uint32_t(bits(x) >> 52) & 0x7FF;
-  if (__builtin_expect(e == 0x7FF, 0)) {
-    // Infinity: x 0 is NaN and raises invalid.  NaN: x x, quieted.
-    if ((bits(x) & 0x000FFFFFFFFFFFFFull) == 0) return as_lane(x * opaque(f64(T.zero)));
-    return as_lane(x * x);
-  }
-  if (__builtin_expect(e < kTinyExponent, 0)) {
-    if ((bits(x) << 1) == 0) return xv;  // the zero, sign included
-    // x itself, with inexact raised by the rounded product.
-    return as_lane((f64(T.two55) * opaque(x) - x) * f64(T.two_m55));
-  }
+  if (__builtin_expect(e == 0x7FF, 0)) return not_finite(x, T.zero);
+  if (__builtin_expect(e < kTinyExponent, 0)) return sin_of_tiny(xv, T.two55, T.two_m55);
   const GridPoint g = to_grid(T.k, x, e);
   return as_lane(from_entry(T.entry[g.index & 0x3F], g));
 }

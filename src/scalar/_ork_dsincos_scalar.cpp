@@ -30,16 +30,14 @@ extern "C" void _dSinCos(__m128d xv, lux64f* sinOut, lux64f* cosOut) {
   const double x = lane(xv);
   const uint32_t e = uint32_t(bits(x) >> 52) & 0x7FF;
   if (__builtin_expect(e == 0x7FF, 0)) {
-    const __m128d v =
-        (bits(x) & 0x000FFFFFFFFFFFFFull) == 0 ? as_lane(x * opaque(f64(T.zero))) : as_lane(x * x);
+    const __m128d v = not_finite(x, T.zero);
     _mm_store_sd(sinOut, v);
     _mm_store_sd(cosOut, v);
     return;
   }
   if (__builtin_expect(e < kTinyExponent, 0)) {
-    const __m128d s = (bits(x) << 1) == 0 ? xv : as_lane((f64(T.two55) * opaque(x) - x) * f64(T.two_m55));
-    _mm_store_sd(sinOut, s);
-    _mm_store_sd(cosOut, as_lane(f64(T.one) - f64(bits(opaque(x)) & 0x7FFFFFFFFFFFFFFFull)));
+    _mm_store_sd(sinOut, sin_of_tiny(xv, T.two55, T.two_m55));
+    _mm_store_sd(cosOut, cos_of_tiny(x, T.one));
     return;
   }
   const GridPoint g = to_grid(T.k, x, e);

@@ -26,6 +26,26 @@ inline double opaque(double v) {
 inline constexpr uint32_t kTinyExponent = 0x303;    // |x| < 2^-252: x itself (or 1 - |x|)
 inline constexpr uint32_t kReduceExponent = 0x410;  // |x| >= 2^17: exact reduction first
 
+// The lane of a NaN or an infinity: x 0 for an infinity (NaN, raising
+// invalid), x x for a NaN (quieted).  zero is the unit's own 0.0.
+inline __m128d not_finite(double x, uint64_t zero) {
+  if ((bits(x) & 0x000FFFFFFFFFFFFFull) == 0) return as_lane(x * opaque(f64(zero)));
+  return as_lane(x * x);
+}
+
+// sin x for |x| < 2^-252: the zero itself, sign included, or x with inexact
+// raised by a rounded product; two55 and two_m55 are the unit's 2^55, 2^-55.
+inline __m128d sin_of_tiny(__m128d xv, uint64_t two55, uint64_t two_m55) {
+  const double x = lane(xv);
+  if ((bits(x) << 1) == 0) return xv;
+  return as_lane((f64(two55) * opaque(x) - x) * f64(two_m55));
+}
+
+// cos x for |x| < 2^-252: 1 - |x|, 1.0 rounded, inexact raised unless x is 0.
+inline __m128d cos_of_tiny(double x, uint64_t one) {
+  return as_lane(f64(one) - f64(bits(opaque(x)) & 0x7FFFFFFFFFFFFFFFull));
+}
+
 // x = (16q + k) pi/32 + r + c, r the head of the distance from the grid
 // point, c its tail; z = r^2; S ~ sin r / r - 1; C ~ cos r - 1.
 struct GridPoint {

@@ -3,13 +3,15 @@
 //
 // x = k pi/32 + r, |r| <= pi/64; cos x = sin(x + pi/2) = cos r sin a +
 // sin r cos a with a = (k + 16) pi/32, a quarter turn ahead on the plain
-// table of RN(cos a), RN(sin a); sin r and cos r from their Taylor series to r^5 and r^4 (relative truncation
-// errors below 3e-12 and 2e-11 at |r| = pi/64).  No SSE guard: the arithmetic, subnormals included, follows
+// table of RN(cos a), RN(sin a); sin r and cos r from their Taylor series to
+// r^5 and r^4 (relative truncation errors below 3e-12 and 2e-11 at
+// |r| = pi/64).  No SSE guard: the arithmetic, subnormals included, follows
 // the caller's MXCSR.
 #include "frame/frame.h"
 #include "frame/lanes.h"
 #include "scalar/trig_scalar.h"
 #include "trig/sincos_kernel.h"
+#include "trig/sincos_table_step.h"
 
 namespace {
 
@@ -51,35 +53,11 @@ constexpr int kQuarterTurn = 16;
 
 struct CosEP {
   using Elem = lux64f;
+  using X87 = lux::X87Guard53;
+  using Sse = lux::NoGuard;
   static constexpr uint32_t kPassBelow = kVectorPathBound;
 
-  static __m128d eval(__m128d x) {
-    const Table& T = kTable;
-    const __m128d t = _mm_add_pd(_mm_mul_pd(x, T.grid_per_radian.pd()), T.shifter.pd());
-    const __m128d n = _mm_sub_pd(t, T.shifter.pd());
-    const __m128i ti = lux::as_int(t);
-    const __m128d row0 = _mm_load_pd(
-        reinterpret_cast<const double*>(T.cos_sin[(_mm_cvtsi128_si32(ti) + kQuarterTurn) & 0x3F]));
-    const __m128d row1 = _mm_load_pd(reinterpret_cast<const double*>(
-        T.cos_sin[(_mm_cvtsi128_si32(_mm_unpackhi_epi64(ti, ti)) + kQuarterTurn) & 0x3F]));
-    const __m128d ca = _mm_unpacklo_pd(row0, row1);
-    const __m128d sa = _mm_unpackhi_pd(row0, row1);
-
-    // r = x - n pi/32 in three steps; the first two products are exact, so
-    // r has a relative error of about 2^-53 even where x is close to a
-    // multiple of pi and the result is tiny.  (With RN(pi/32) as the first
-    // part, n * step1 is rounded and an absolute error up to 2^-37 in r left
-    // sines near such x with no correct bit: sin(0x1.6c6cbc45dc8dep+6) came
-    // out as 3.6e-15 for -1.2e-18.)  No tail is kept.
-    const __m128d r =
-        _mm_sub_pd(_mm_sub_pd(_mm_sub_pd(x, _mm_mul_pd(n, T.step1.pd())), _mm_mul_pd(n, T.step2.pd())),
-                   _mm_mul_pd(n, T.step3.pd()));
-    const __m128d z = _mm_mul_pd(r, r);
-    const __m128d SP =
-        _mm_mul_pd(_mm_add_pd(_mm_mul_pd(_mm_add_pd(_mm_mul_pd(T.s5.pd(), z), T.s3.pd()), z), T.one.pd()), r);
-    const __m128d CP = _mm_add_pd(_mm_mul_pd(_mm_add_pd(_mm_mul_pd(T.c4.pd(), z), T.c2.pd()), z), T.one.pd());
-    return _mm_add_pd(_mm_mul_pd(CP, sa), _mm_mul_pd(SP, ca));
-  }
+  static __m128d eval(__m128d x) { return lux::sincos::sin_on_plain_table<kQuarterTurn>(x, kTable); }
 
   static void call_out(int i, const lux64f* src, lux64f* dst, luxStatus* status) {
     orkdCos_SC_LA(i, src, dst, status);
@@ -89,10 +67,5 @@ struct CosEP {
 }  // namespace
 
 LUXVM_EXPORT luxStatus luxsCos_64f_A26(const lux64f* src, lux64f* dst, int len) {
-  if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  lux::X87Guard53 x87;
-  luxStatus status = luxOk;
-  lux::sincos::RedoKernel<CosEP> k{src, dst, &status};
-  lux::run_block_redo<k.kBlock>(len, k);
-  return status;
+  return lux::sincos::run<CosEP>(src, dst, len);
 }

@@ -8,6 +8,7 @@
 #include "frame/lanes.h"
 #include "scalar/trig_scalar.h"
 #include "trig/sincos_kernel.h"
+#include "trig/sincos_table_step.h"
 
 namespace {
 
@@ -16,13 +17,8 @@ namespace {
 // NaN and the infinities, the lane goes to the scalar routine.
 constexpr uint32_t kVectorPathBound = 0x40F60000;
 
-// {CosTail, SinHead, SinTail, CosHead} of the angle k pi/32 + pi/2.
-struct Entry {
-  uint64_t cos_tail, sin_head, sin_tail, cos_head;
-};
-
 struct alignas(16) Table {
-  Entry entry[64];
+  OrkSinCosEntry entry[64];    // a = k pi/32 + pi/2
   lux::Row64 grid_per_radian;  // 32/pi
   lux::Row64 shifter;          // 1.5 * 2^52: rounds to an integer
   lux::Row64 step1;            // pi/32 in three parts, the first two with
@@ -53,61 +49,15 @@ constexpr Table kTable = {
 
 struct CosLA {
   using Elem = lux64f;
+  using X87 = lux::X87Guard64;
+  using Sse = lux::RoundNearestGuard;
   static constexpr uint32_t kPassBelow = kVectorPathBound;
 
   static __m128d eval(__m128d x) {
     const Table& T = kTable;
-    // k = rint(x * 32/pi) in the low word of t; n = k as a double.
-    const __m128d t = _mm_add_pd(_mm_mul_pd(x, T.grid_per_radian.pd()), T.shifter.pd());
-    const __m128d n = _mm_sub_pd(t, T.shifter.pd());
-    const __m128i ti = lux::as_int(t);
-    const Entry& e0 = T.entry[_mm_cvtsi128_si32(ti) & 0x3F];
-    const Entry& e1 = T.entry[_mm_cvtsi128_si32(_mm_unpackhi_epi64(ti, ti)) & 0x3F];
-
-    // r + c = x - k pi/32: u is exact, c keeps what r lost.
-    const __m128d u = _mm_sub_pd(x, _mm_mul_pd(n, T.step1.pd()));
-    const __m128d r = _mm_sub_pd(u, _mm_mul_pd(n, T.step2.pd()));
-    const __m128d c =
-        _mm_sub_pd(_mm_sub_pd(_mm_sub_pd(u, r), _mm_mul_pd(n, T.step2.pd())), _mm_mul_pd(n, T.step3.pd()));
-
-    const __m128d a0 = _mm_load_pd(reinterpret_cast<const double*>(&e0.cos_tail));
-    const __m128d a1 = _mm_load_pd(reinterpret_cast<const double*>(&e1.cos_tail));
-    const __m128d b0 = _mm_load_pd(reinterpret_cast<const double*>(&e0.sin_tail));
-    const __m128d b1 = _mm_load_pd(reinterpret_cast<const double*>(&e1.sin_tail));
-    const __m128d cos_tail = _mm_unpacklo_pd(a0, a1);
-    const __m128d sin_head = _mm_unpackhi_pd(a0, a1);
-    const __m128d sin_tail = _mm_unpacklo_pd(b0, b1);
-    const __m128d cos_head = _mm_unpackhi_pd(b0, b1);
-
-    const __m128d cos_a = _mm_add_pd(cos_head, cos_tail);
-    // The argument's tail through the derivative of sin at a + r.
-    const __m128d L = _mm_add_pd(_mm_mul_pd(_mm_sub_pd(cos_a, _mm_mul_pd(sin_head, r)), c), sin_tail);
-
-    const __m128d z = _mm_mul_pd(r, r);
-    const __m128d S = _mm_mul_pd(
-        _mm_add_pd(
-            _mm_mul_pd(_mm_add_pd(_mm_mul_pd(_mm_add_pd(_mm_mul_pd(T.s9.pd(), z), T.s7.pd()), z), T.s5.pd()),
-                       z),
-            T.s3.pd()),
-        z);
-    const __m128d C = _mm_mul_pd(
-        _mm_add_pd(
-            _mm_mul_pd(_mm_add_pd(_mm_mul_pd(_mm_add_pd(_mm_mul_pd(T.c8.pd(), z), T.c6.pd()), z), T.c4.pd()),
-                       z),
-            T.c2.pd()),
-        z);
-    const __m128d PS = _mm_mul_pd(_mm_mul_pd(S, r), cos_a);
-    const __m128d PC = _mm_mul_pd(C, sin_head);
-
-    // sin a + r cos a as head H with the errors of its two additions.
-    const __m128d B = _mm_mul_pd(cos_head, r);  // exact: cos_head is a power of two
-    const __m128d A = _mm_add_pd(sin_head, B);
-    const __m128d R = _mm_mul_pd(cos_tail, r);
-    const __m128d H = _mm_add_pd(R, A);
-    const __m128d lowA = _mm_add_pd(_mm_sub_pd(sin_head, A), B);
-    const __m128d lowH = _mm_add_pd(_mm_sub_pd(A, H), R);
-
-    return _mm_add_pd(_mm_add_pd(_mm_add_pd(_mm_add_pd(_mm_add_pd(lowA, L), lowH), PS), PC), H);
+    return lux::sincos::sin_on_head_tail_table(
+        x, T, [&](__m128d z) { return lux::sincos::horner(z, T.s9, T.s7, T.s5, T.s3); },
+        [&](__m128d z) { return lux::sincos::horner(z, T.c8, T.c6, T.c4, T.c2); });
   }
 
   static void call_out(int i, const lux64f* src, lux64f* dst, luxStatus* status) {
@@ -118,11 +68,5 @@ struct CosLA {
 }  // namespace
 
 LUXVM_EXPORT luxStatus luxsCos_64f_A50(const lux64f* src, lux64f* dst, int len) {
-  if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  lux::X87Guard64 x87;
-  lux::RoundNearestGuard sse;
-  luxStatus status = luxOk;
-  lux::sincos::RedoKernel<CosLA> k{src, dst, &status};
-  lux::run_block_redo<k.kBlock>(len, k);
-  return status;
+  return lux::sincos::run<CosLA>(src, dst, len);
 }

@@ -48,6 +48,8 @@ constexpr Table kTable = {
 
 struct CosEP {
   using Elem = lux32f;
+  using X87 = lux::X87Guard53;
+  using Sse = lux::RoundNearestGuard;
   static constexpr uint32_t kPassBelow = kVectorPathBound + 1;
 
   static __m128 eval(__m128 x) {
@@ -55,15 +57,10 @@ struct CosEP {
     // n = rint((x + pi/2)/pi); bit 0 of t is its parity.
     const __m128 t = _mm_add_ps(_mm_mul_ps(_mm_add_ps(x, T.half_pi.ps()), T.inv_pi.ps()), T.shifter.ps());
     const __m128 n = _mm_sub_ps(_mm_sub_ps(t, T.shifter.ps()), T.half.ps());
-    const __m128i sign = _mm_slli_epi32(lux::as_int(t), 31);
-    const __m128 r =
-        _mm_sub_ps(_mm_sub_ps(_mm_sub_ps(x, _mm_mul_ps(n, T.pi1.ps())), _mm_mul_ps(n, T.pi2.ps())),
-                   _mm_mul_ps(n, T.pi3.ps()));
-    const __m128 s = lux::as_ps(_mm_xor_si128(lux::as_int(r), sign));
+    const __m128 r = lux::sincos::subtract_multiples(x, n, T.pi1, T.pi2, T.pi3);
+    const __m128 s = lux::sincos::flip_sign_if_odd(r, lux::as_int(t));
     const __m128 z = _mm_mul_ps(r, r);
-    const __m128 q = _mm_add_ps(
-        _mm_mul_ps(_mm_add_ps(_mm_mul_ps(_mm_add_ps(_mm_mul_ps(T.c7.ps(), z), T.c5.ps()), z), T.c3.ps()), z),
-        T.one.ps());
+    const __m128 q = lux::sincos::horner(z, T.c7, T.c5, T.c3, T.one);
     return _mm_mul_ps(q, s);
   }
 
@@ -75,11 +72,5 @@ struct CosEP {
 }  // namespace
 
 LUXVM_EXPORT luxStatus luxsCos_32f_A11(const lux32f* src, lux32f* dst, int len) {
-  if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  lux::X87Guard53 x87;
-  lux::RoundNearestGuard sse;
-  luxStatus status = luxOk;
-  lux::sincos::RedoKernel<CosEP> k{src, dst, &status};
-  lux::run_block_redo<k.kBlock>(len, k);
-  return status;
+  return lux::sincos::run<CosEP>(src, dst, len);
 }

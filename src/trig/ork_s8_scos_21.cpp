@@ -7,6 +7,7 @@
 #include "frame/frame.h"
 #include "frame/lanes.h"
 #include "scalar/trig_scalar.h"
+#include "trig/sincos_half_turn.h"
 #include "trig/sincos_kernel.h"
 
 namespace {
@@ -45,6 +46,8 @@ constexpr Table kTable = {
 
 struct CosLA {
   using Elem = lux32f;
+  using X87 = lux::X87Guard53;
+  using Sse = lux::RoundNearestGuard;
   static constexpr uint32_t kPassBelow = kVectorPathBound + 1;
 
   static __m128 eval(__m128 x) {
@@ -52,17 +55,7 @@ struct CosLA {
     // n = rint((x + pi/2)/pi); bit 0 of t is its parity.
     const __m128 t = _mm_add_ps(_mm_mul_ps(_mm_add_ps(x, T.half_pi.ps()), T.inv_pi.ps()), T.shifter.ps());
     const __m128 n = _mm_sub_ps(_mm_sub_ps(t, T.shifter.ps()), T.half.ps());
-    const __m128i sign = _mm_slli_epi32(lux::as_int(t), 31);
-    const __m128 r =
-        _mm_sub_ps(_mm_sub_ps(_mm_sub_ps(_mm_sub_ps(x, _mm_mul_ps(n, T.pi1.ps())), _mm_mul_ps(n, T.pi2.ps())),
-                              _mm_mul_ps(n, T.pi3.ps())),
-                   _mm_mul_ps(n, T.pi4.ps()));
-    const __m128 s = lux::as_ps(_mm_xor_si128(lux::as_int(r), sign));
-    const __m128 z = _mm_mul_ps(r, r);
-    const __m128 q = _mm_add_ps(
-        _mm_mul_ps(_mm_add_ps(_mm_mul_ps(_mm_add_ps(_mm_mul_ps(T.c9.ps(), z), T.c7.ps()), z), T.c5.ps()), z),
-        T.c3.ps());
-    return _mm_add_ps(_mm_mul_ps(_mm_mul_ps(q, z), s), s);
+    return lux::sincos::sin_of_half_turns4(x, n, t, T);
   }
 
   static void call_out(int i, const lux32f* src, lux32f* dst, luxStatus* status) {
@@ -73,11 +66,5 @@ struct CosLA {
 }  // namespace
 
 LUXVM_EXPORT luxStatus luxsCos_32f_A21(const lux32f* src, lux32f* dst, int len) {
-  if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  lux::X87Guard53 x87;
-  lux::RoundNearestGuard sse;
-  luxStatus status = luxOk;
-  lux::sincos::RedoKernel<CosLA> k{src, dst, &status};
-  lux::run_block_redo<k.kBlock>(len, k);
-  return status;
+  return lux::sincos::run<CosLA>(src, dst, len);
 }

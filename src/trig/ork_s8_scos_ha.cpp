@@ -9,6 +9,7 @@
 #include "frame/frame.h"
 #include "frame/lanes.h"
 #include "scalar/trig_scalar.h"
+#include "trig/sincos_half_turn.h"
 #include "trig/sincos_kernel.h"
 
 namespace {
@@ -40,36 +41,19 @@ constexpr Table kTable = {
     lux::row64(0x3FE0000000000000),  // 0.5
 };
 
-// sin(xd - n pi) for a pair of lanes, n the multiple as a double.
-inline __m128d sin_reduced(__m128d xd, __m128d n) {
-  const Table& T = kTable;
-  const __m128d r = _mm_sub_pd(_mm_add_pd(_mm_mul_pd(n, T.pi1.pd()), xd), _mm_mul_pd(n, T.pi2.pd()));
-  const __m128d z = _mm_mul_pd(r, r);
-  const __m128d p = _mm_add_pd(
-      _mm_mul_pd(
-          _mm_add_pd(
-              _mm_mul_pd(
-                  _mm_add_pd(_mm_mul_pd(_mm_add_pd(_mm_mul_pd(T.d9.pd(), z), T.d7.pd()), z), T.d5.pd()), z),
-              T.d3.pd()),
-          z),
-      T.d1.pd());
-  return _mm_mul_pd(r, p);
-}
-
 struct CosHA {
   using Elem = lux32f;
+  using X87 = lux::X87Guard53;
+  using Sse = lux::RoundNearestGuard;
   static constexpr uint32_t kPassBelow = kVectorPathBound + 1;
   static constexpr int kPrefetchAhead = 32;
 
   static __m128 eval(__m128 x) {
     const Table& T = kTable;
     const __m128i k = _mm_cvtps_epi32(_mm_mul_ps(_mm_add_ps(x, T.half_pi.ps()), T.inv_pi.ps()));
-    const __m128d n_lo = _mm_sub_pd(_mm_cvtepi32_pd(k), T.half.pd());
-    const __m128d n_hi = _mm_sub_pd(_mm_cvtepi32_pd(_mm_unpackhi_epi64(k, k)), T.half.pd());
-    const __m128d lo = sin_reduced(_mm_cvtps_pd(x), n_lo);
-    const __m128d hi = sin_reduced(_mm_cvtps_pd(_mm_movehl_ps(x, x)), n_hi);
-    const __m128 s = _mm_movelh_ps(_mm_cvtpd_ps(lo), _mm_cvtpd_ps(hi));
-    return lux::as_ps(_mm_xor_si128(lux::as_int(s), _mm_slli_epi32(k, 31)));
+    const __m128d m_lo = _mm_sub_pd(_mm_cvtepi32_pd(k), T.half.pd());
+    const __m128d m_hi = _mm_sub_pd(_mm_cvtepi32_pd(_mm_unpackhi_epi64(k, k)), T.half.pd());
+    return lux::sincos::sin_of_half_turns_widened(x, m_lo, m_hi, k, T);
   }
 
   static void call_out(int i, const lux32f* src, lux32f* dst, luxStatus* status) {
@@ -80,11 +64,5 @@ struct CosHA {
 }  // namespace
 
 LUXVM_EXPORT luxStatus luxsCos_32f_A24(const lux32f* src, lux32f* dst, int len) {
-  if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  lux::X87Guard53 x87;
-  lux::RoundNearestGuard sse;
-  luxStatus status = luxOk;
-  lux::sincos::RedoKernel<CosHA> k{src, dst, &status};
-  lux::run_block_redo<k.kBlock>(len, k);
-  return status;
+  return lux::sincos::run<CosHA>(src, dst, len);
 }

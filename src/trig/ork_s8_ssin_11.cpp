@@ -38,6 +38,8 @@ constexpr Table kTable = {
 
 struct SinEP {
   using Elem = lux32f;
+  using X87 = lux::X87Guard53;
+  using Sse = lux::RoundNearestGuard;
   static constexpr uint32_t kPassBelow = kVectorPathBound + 1;
 
   static __m128 eval(__m128 x) {
@@ -45,17 +47,14 @@ struct SinEP {
     // n = rint(x/pi); bit 0 of t is its parity.
     const __m128 t = _mm_add_ps(_mm_mul_ps(x, T.inv_pi.ps()), T.shifter.ps());
     const __m128 n = _mm_sub_ps(t, T.shifter.ps());
-    const __m128i sign = _mm_slli_epi32(lux::as_int(t), 31);
     // Three parts keep r's error near 1e-11 absolute, which the smallest
     // |sin x| on the path (8.4e-9, x = 0x1.f9cbe2p+8) turns into a few
     // thousand ulps.  (pi as 3.140625 + RN(pi - 3.140625) left n * part2
     // rounded, an error up to 6e-8, and 7.4e6 ulp at x = 0x1.f9cbe2p+10.)
-    const __m128 r =
-        _mm_sub_ps(_mm_sub_ps(_mm_sub_ps(x, _mm_mul_ps(n, T.pi1.ps())), _mm_mul_ps(n, T.pi2.ps())),
-                   _mm_mul_ps(n, T.pi3.ps()));
-    const __m128 s = lux::as_ps(_mm_xor_si128(lux::as_int(r), sign));
+    const __m128 r = lux::sincos::subtract_multiples(x, n, T.pi1, T.pi2, T.pi3);
+    const __m128 s = lux::sincos::flip_sign_if_odd(r, lux::as_int(t));
     const __m128 z = _mm_mul_ps(r, r);
-    const __m128 q = _mm_add_ps(_mm_mul_ps(_mm_add_ps(_mm_mul_ps(T.c7.ps(), z), T.c5.ps()), z), T.c3.ps());
+    const __m128 q = lux::sincos::horner(z, T.c7, T.c5, T.c3);
     return _mm_add_ps(_mm_mul_ps(q, _mm_mul_ps(s, z)), s);
   }
 
@@ -67,11 +66,5 @@ struct SinEP {
 }  // namespace
 
 LUXVM_EXPORT luxStatus luxsSin_32f_A11(const lux32f* src, lux32f* dst, int len) {
-  if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  lux::X87Guard53 x87;
-  lux::RoundNearestGuard sse;
-  luxStatus status = luxOk;
-  lux::sincos::RedoKernel<SinEP> k{src, dst, &status};
-  lux::run_block_redo<k.kBlock>(len, k);
-  return status;
+  return lux::sincos::run<SinEP>(src, dst, len);
 }

@@ -1,16 +1,24 @@
 // The block-redo frame of the sine and cosine kernels, written once: a unit
-// supplies its vector arithmetic on one register of lanes, its range bound
-// and its call-out; this adapter turns them into the block, lane and tail
-// steps of lux::run_block_redo.
+// supplies its vector arithmetic on one register of lanes, its range bound,
+// its guards and its call-out; this adapter turns them into the block, lane
+// and tail steps of lux::run_block_redo and into the body of the export.
 //
 // A unit U provides
 //   using Elem = lux32f or lux64f;
+//   using X87 = lux::X87Guard53 or lux::X87Guard64;
+//   using Sse = lux::RoundNearestGuard, or lux::NoGuard where the arithmetic
+//               follows the caller's MXCSR;
 //   static constexpr uint32_t kPassBelow;  // lane stays when |x| bits (high
 //                                          // word in 64f) are below this
 //   static V eval(V x);                    // V = __m128 or __m128d
 //   static void call_out(int i, const Elem* src, Elem* dst, luxStatus* status);
 // and may ask for a non-temporal prefetch of the input so many bytes ahead
 //   static constexpr int kPrefetchAhead;
+//
+// Below the frame, the few steps every unit writes the same way: Horner's
+// scheme on constant rows, the reduction by a constant split in parts, and
+// the sign flip by the parity of a multiple.  They fix the order of the
+// operations exactly as written out by hand.
 #pragma once
 
 #include <pmmintrin.h>
@@ -83,5 +91,58 @@ struct RedoKernel {
     store1(dst + i, U::eval(a));
   }
 };
+
+// The body of an export: entry checks, then the unit's guards for the whole
+// call, then the block-redo driver.
+template <class U>
+inline luxStatus run(const typename U::Elem* src, typename U::Elem* dst, int len) {
+  if (const luxStatus e = check_entry(len, src, dst)) return e;
+  [[maybe_unused]] typename U::X87 x87;
+  [[maybe_unused]] typename U::Sse sse;
+  luxStatus status = luxOk;
+  RedoKernel<U> k{src, dst, &status};
+  run_block_redo<RedoKernel<U>::kBlock>(len, k);
+  return status;
+}
+
+// Horner's scheme, highest coefficient first:
+//   horner(z, c_n, ..., c_1, c_0) = ((c_n z + c_{n-1}) z + ... + c_1) z + c_0.
+inline __m128d horner_from(__m128d acc, __m128d) { return acc; }
+template <class... Rows>
+inline __m128d horner_from(__m128d acc, __m128d z, const Row64& c, const Rows&... rest) {
+  return horner_from(_mm_add_pd(_mm_mul_pd(acc, z), c.pd()), z, rest...);
+}
+template <class... Rows>
+inline __m128d horner(__m128d z, const Row64& top, const Rows&... rest) {
+  return horner_from(top.pd(), z, rest...);
+}
+inline __m128 horner_from(__m128 acc, __m128) { return acc; }
+template <class... Rows>
+inline __m128 horner_from(__m128 acc, __m128 z, const Row32& c, const Rows&... rest) {
+  return horner_from(_mm_add_ps(_mm_mul_ps(acc, z), c.ps()), z, rest...);
+}
+template <class... Rows>
+inline __m128 horner(__m128 z, const Row32& top, const Rows&... rest) {
+  return horner_from(top.ps(), z, rest...);
+}
+
+// x - n (p1 + p2 + ...) as ((x - n p1) - n p2) - ..., the constant split so
+// that the leading products are exact on the unit's range.
+inline __m128d subtract_multiples(__m128d x, __m128d) { return x; }
+template <class... Rows>
+inline __m128d subtract_multiples(__m128d x, __m128d n, const Row64& p, const Rows&... rest) {
+  return subtract_multiples(_mm_sub_pd(x, _mm_mul_pd(n, p.pd())), n, rest...);
+}
+inline __m128 subtract_multiples(__m128 x, __m128) { return x; }
+template <class... Rows>
+inline __m128 subtract_multiples(__m128 x, __m128 n, const Row32& p, const Rows&... rest) {
+  return subtract_multiples(_mm_sub_ps(x, _mm_mul_ps(n, p.ps())), n, rest...);
+}
+
+// v with its sign flipped in the lanes where the integer in the low bit of
+// the matching word of k is odd: (-1)^k v.
+inline __m128 flip_sign_if_odd(__m128 v, __m128i k) {
+  return as_ps(_mm_xor_si128(as_int(v), _mm_slli_epi32(k, 31)));
+}
 
 }  // namespace lux::sincos

@@ -92,111 +92,48 @@ inline PairState main_path(__m128d x) {
   return {t, u, w, row};
 }
 
-inline __m128d finish(const PairState& s) { return _mm_add_pd(_mm_mul_pd(s.u, s.w), s.w); }
-
 // V = 2^(j/128) * e^r without the 2^k, for the call-out.
 inline __m128d scale_free(const PairState& s) {
   const __m128d t = lux::as_pd(_mm_or_si128(kC.dbOne.pi(), s.row));
   return _mm_add_pd(_mm_mul_pd(s.u, t), t);
 }
 
-class ExpKernel {
- public:
-  ExpKernel(const lux64f* src, lux64f* dst, lux::CallState<lux64f>& call)
-      : src_(src), dst_(dst), call_(call) {}
+// The tier as lux::dexp::Kernel (exp_log/dexp_lanes.h) runs it: a block of 4
+// lanes is tested before anything is stored, a failing block is redone lane
+// by lane with its V and t.
+struct Tier {
+  static constexpr const ExpLaConstants& kC = ::kC;
+  static constexpr int kFieldShift = 45;
+  static constexpr bool kEarlyFirstPair = false;
+  static constexpr uint32_t kMainPathBound = ::kMainPathBound, kInfHigh = ::kInfHigh;
+  static constexpr uint64_t kZeroBound = ::kZeroBound, kDenormalBound = ::kDenormalBound;
+  static constexpr int64_t kOverflowBound = ::kOverflowBound, kTopBinadeBound = ::kTopBinadeBound;
+  static constexpr uint64_t kPlusInf = ::kPlusInf, kPlusZero = ::kPlusZero;
 
-  bool block(int i) {
-    const __m128d xa = lux::load2(src_ + i);
-    const __m128d xb = lux::load2(src_ + i + 2);
-    const PairState a = main_path(xa);
-    const PairState b = main_path(xb);
-    if (__builtin_expect(!lux::all_below(lux::dexp::high_words(xa, xb), kMainPathBound, 4), 0)) {
-      _mm_store_pd(kept_v_, scale_free(a));
-      _mm_store_pd(kept_v_ + 2, scale_free(b));
-      _mm_store_pd(kept_t_, a.t);
-      _mm_store_pd(kept_t_ + 2, b.t);
-      return false;
-    }
-    lux::store2(dst_ + i, finish(a));
-    lux::store2(dst_ + i + 2, finish(b));
-    return true;
+  static PairState main_path(__m128d x) { return ::main_path(x); }
+  static __m128d result(const PairState& s) { return _mm_add_pd(_mm_mul_pd(s.u, s.w), s.w); }
+  static __m128d scale_free(const PairState& s) { return ::scale_free(s); }
+
+  // A NaN: the input quieted, sign and payload kept.
+  static void nan(double* out, __m128d x) {
+    const __m128d xo = lux::opaque(x);
+    lux::store1(out, _mm_add_sd(xo, xo));
   }
 
-  // The block-wide call-out: each lane of a failed block, with its V and t.
-  void lane(int i) { _orkdExpLaScpec(i, _mm_load_sd(kept_v_ + (i & 3)), _mm_load_sd(kept_t_ + (i & 3))); }
-
-  void tail(int i) {
-    const __m128d x = lux::load1(src_ + i);
-    const PairState s = main_path(x);
-    if (lux::all_below(lux::high_words(x), kMainPathBound, 1))
-      lux::store1(dst_ + i, finish(s));
+  static void top_binade(double* out, __m128d v) {
+    // One word of ln 2/128 leaves r 2^17 * 1.8e-19 = 2.4e-14 too large at
+    // N = 2^17.  That lifts V to 1.0 for 0x40862E42FEFA39EF, the last
+    // double below the overflow bound, whose e^x is finite (213 ulp below
+    // DBL_MAX); the lane gets DBL_MAX instead of an overflow.
+    if (lux::dexp::high_word(v) >= kOneHigh)
+      lux::dexp::store_bits(out, kLargest);
     else
-      _orkdExpLaScpec(i, scale_free(s), s.t);
+      lux::store1(out, _mm_mul_sd(_mm_mul_sd(v, kC.dbTwoP1023.pd()), kC.dbTwo.pd()));
   }
-
- private:
-  // One lane off the main path: x from src, V and t from the main path.
-  __attribute__((noinline)) void _orkdExpLaScpec(int i, __m128d v, __m128d t) {
-    const __m128d x = lux::load1(src_ + i);
-    const uint32_t hx = lux::dexp::high_word(x);
-    const uint32_t lx = lux::dexp::low_word(x);
-    const uint32_t ax = hx & 0x7FFFFFFF;
-    const uint64_t bits = uint64_t(hx) << 32 | lx;
-    double* out = dst_ + i;
-    if (ax > kInfHigh || (ax == kInfHigh && lx != 0)) {
-      // The input quieted, sign and payload kept.
-      const __m128d xo = lux::opaque(x);
-      lux::store1(out, _mm_add_sd(xo, xo));
-    } else if (ax == kInfHigh) {
-      lux::dexp::store_bits(out, (hx >> 31) ? kPlusZero : kPlusInf);
-    } else if (bits >= kZeroBound) {
-      lux::dexp::store_bits(out, kPlusZero);
-      call_.warn(luxWarnUnderflow, i);
-    } else if (bits >= kDenormalBound) {
-      // 2^(k+1022) is normal for k >= -1076: the first product is exact, the
-      // second is the only rounding into the denormal range.
-      __m128i n = _mm_add_epi32(lux::as_int(t), kC.dbBias.pi());
-      n = _mm_add_epi32(n, kC.dbBias.pi());
-      const __m128i scale =
-          _mm_sub_epi32(lux::dexp::exponent_field<45>(n, kC.dbExpMask.pi()), kC.dbExpOne.pi());
-      lux::store1(out, _mm_mul_sd(_mm_mul_sd(v, lux::as_pd(scale)), kC.dbExpOne.pd()));
-      call_.warn(luxWarnUnderflow, i);
-    } else if (int64_t(bits) >= kOverflowBound) {
-      lux::dexp::store_bits(out, kPlusInf);
-      call_.warn(luxWarnOverflow, i);
-    } else if (int64_t(bits) >= kTopBinadeBound) {
-      // One word of ln 2/128 leaves r 2^17 * 1.8e-19 = 2.4e-14 too large at
-      // N = 2^17.  That lifts V to 1.0 for 0x40862E42FEFA39EF, the last
-      // double below the overflow bound, whose e^x is finite (213 ulp below
-      // DBL_MAX); the lane gets DBL_MAX instead of an overflow.
-      if (lux::dexp::high_word(v) >= kOneHigh)
-        lux::dexp::store_bits(out, kLargest);
-      else
-        lux::store1(out, _mm_mul_sd(_mm_mul_sd(v, kC.dbTwoP1023.pd()), kC.dbTwo.pd()));
-    } else {
-      // The strips that the high-word test turned away, and the in-range
-      // lanes of a redone block: V*2^k equals the main path's u*W + W, since
-      // scaling by 2^k is exact in the normal range.
-      const __m128i e =
-          lux::dexp::exponent_field<45>(_mm_add_epi32(lux::as_int(t), kC.dbBias.pi()), kC.dbExpMask.pi());
-      lux::store1(out, _mm_mul_sd(v, lux::as_pd(e)));
-    }
-  }
-
-  const lux64f* src_;
-  lux64f* dst_;
-  lux::CallState<lux64f>& call_;
-  alignas(16) double kept_v_[4];
-  alignas(16) double kept_t_[4];
 };
 
 }  // namespace
 
 LUXVM_EXPORT luxStatus luxsExp_64f_A26(const lux64f* src, lux64f* dst, int len) {
-  if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  lux::RoundNearestGuard guard;
-  lux::CallState<lux64f> call(src, src, dst, dst);
-  ExpKernel k(src, dst, call);
-  lux::run_block_redo<4>(len, k);
-  return call.status();
+  return lux::dexp::Kernel<Tier>::run(src, dst, len);
 }

@@ -101,95 +101,31 @@ inline PairState main_path(__m128d x) {
   return {t, v, lux::as_pd(e)};
 }
 
-class ExpKernel {
- public:
-  ExpKernel(const lux64f* src, lux64f* dst, lux::CallState<lux64f>& call)
-      : src_(src), dst_(dst), call_(call) {}
+// The tier as lux::dexp::Kernel (exp_log/dexp_lanes.h) runs it: both pairs
+// of a block run to V, and the first pair's results go out before the test.
+struct Tier {
+  static constexpr const ExpHaConstants& kC = ::kC;
+  static constexpr int kFieldShift = 46;
+  static constexpr bool kEarlyFirstPair = true;
+  static constexpr uint32_t kMainPathBound = ::kMainPathBound, kInfHigh = ::kInfHigh;
+  static constexpr uint64_t kZeroBound = ::kZeroBound, kDenormalBound = ::kDenormalBound;
+  static constexpr int64_t kOverflowBound = ::kOverflowBound, kTopBinadeBound = ::kTopBinadeBound;
+  static constexpr uint64_t kPlusInf = ::kPlusInf, kPlusZero = ::kPlusZero;
 
-  // Both pairs run to V; the first pair's results go out before the test.
-  bool block(int i) {
-    const __m128d xa = lux::load2(src_ + i);
-    const __m128d xb = lux::load2(src_ + i + 2);
-    const PairState a = main_path(xa);
-    const PairState b = main_path(xb);
-    lux::store2(dst_ + i, _mm_mul_pd(a.v, a.e));
-    if (__builtin_expect(!lux::all_below(lux::dexp::high_words(xa, xb), kMainPathBound, 4), 0)) {
-      _mm_store_pd(kept_v_, a.v);
-      _mm_store_pd(kept_v_ + 2, b.v);
-      _mm_store_pd(kept_t_, a.t);
-      _mm_store_pd(kept_t_ + 2, b.t);
-      return false;
-    }
-    lux::store2(dst_ + i + 2, _mm_mul_pd(b.v, b.e));
-    return true;
+  static PairState main_path(__m128d x) { return ::main_path(x); }
+  static __m128d result(const PairState& s) { return _mm_mul_pd(s.v, s.e); }
+  static __m128d scale_free(const PairState& s) { return s.v; }
+
+  // A NaN: the default all-ones NaN.
+  static void nan(double* out, __m128d) { lux::dexp::store_bits(out, kAllOnesNaN); }
+  // N = 1024*64: k = 1024 has no exponent field, so the scale is 2^1023 * 2.
+  static void top_binade(double* out, __m128d v) {
+    lux::store1(out, _mm_mul_sd(_mm_mul_sd(v, kC.dbTwoP1023.pd()), kC.dbTwo.pd()));
   }
-
-  // The redo of a failed block, lane by lane, with the block's V and t.
-  void lane(int i) { _orkdSpecSc(i, _mm_load_sd(kept_v_ + (i & 3)), _mm_load_sd(kept_t_ + (i & 3))); }
-
-  // One lane in the low half of a vector, the same operations as a block.
-  void tail(int i) {
-    const __m128d x = lux::load1(src_ + i);
-    const PairState s = main_path(x);
-    if (lux::all_below(lux::high_words(x), kMainPathBound, 1))
-      lux::store1(dst_ + i, _mm_mul_pd(s.v, s.e));
-    else
-      _orkdSpecSc(i, s.v, s.t);
-  }
-
- private:
-  // One lane off the main path: x from src, V and t from the main path.
-  __attribute__((noinline)) void _orkdSpecSc(int i, __m128d v, __m128d t) {
-    const __m128d x = lux::load1(src_ + i);
-    const uint32_t hx = lux::dexp::high_word(x);
-    const uint32_t lx = lux::dexp::low_word(x);
-    const uint32_t ax = hx & 0x7FFFFFFF;
-    const uint64_t bits = uint64_t(hx) << 32 | lx;
-    double* out = dst_ + i;
-    if (ax > kInfHigh || (ax == kInfHigh && lx != 0)) {
-      lux::dexp::store_bits(out, kAllOnesNaN);
-    } else if (ax == kInfHigh) {
-      lux::dexp::store_bits(out, (hx >> 31) ? kPlusZero : kPlusInf);
-    } else if (bits >= kZeroBound) {
-      lux::dexp::store_bits(out, kPlusZero);
-      call_.warn(luxWarnUnderflow, i);
-    } else if (bits >= kDenormalBound) {
-      // 2^(k+1022) is normal for k >= -1076: the first product is exact, the
-      // second is the only rounding into the denormal range.
-      __m128i n = _mm_add_epi32(lux::as_int(t), kC.dbBias.pi());
-      n = _mm_add_epi32(n, kC.dbBias.pi());
-      const __m128i scale =
-          _mm_sub_epi32(lux::dexp::exponent_field<46>(n, kC.dbExpMask.pi()), kC.dbExpOne.pi());
-      lux::store1(out, _mm_mul_sd(_mm_mul_sd(v, lux::as_pd(scale)), kC.dbExpOne.pd()));
-      call_.warn(luxWarnUnderflow, i);
-    } else if (int64_t(bits) >= kOverflowBound) {
-      lux::dexp::store_bits(out, kPlusInf);
-      call_.warn(luxWarnOverflow, i);
-    } else if (int64_t(bits) >= kTopBinadeBound) {
-      lux::store1(out, _mm_mul_sd(_mm_mul_sd(v, kC.dbTwoP1023.pd()), kC.dbTwo.pd()));
-    } else {
-      // The strips that the high-word test turned away, and the in-range
-      // lanes of a redone block: the main path's own last product.
-      const __m128i e =
-          lux::dexp::exponent_field<46>(_mm_add_epi32(lux::as_int(t), kC.dbBias.pi()), kC.dbExpMask.pi());
-      lux::store1(out, _mm_mul_sd(v, lux::as_pd(e)));
-    }
-  }
-
-  const lux64f* src_;
-  lux64f* dst_;
-  lux::CallState<lux64f>& call_;
-  alignas(16) double kept_v_[4];
-  alignas(16) double kept_t_[4];
 };
 
 }  // namespace
 
 LUXVM_EXPORT luxStatus luxsExp_64f_A53(const lux64f* src, lux64f* dst, int len) {
-  if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  lux::RoundNearestGuard guard;
-  lux::CallState<lux64f> call(src, src, dst, dst);
-  ExpKernel k(src, dst, call);
-  lux::run_pipelined<4>(src, dst, len, k);
-  return call.status();
+  return lux::dexp::Kernel<Tier>::run(src, dst, len);
 }

@@ -11,7 +11,7 @@
 #include <pmmintrin.h>
 #include <stdint.h>
 
-#include "exp_log/log_frame.h"
+#include "exp_log/log_kernels.h"
 #include "frame/frame.h"
 #include "frame/lanes.h"
 
@@ -53,73 +53,28 @@ constexpr Table kTable = {
         },
 };
 
-// Row index: top nine fraction bits, rounded half up to eight (0..256).
-inline uint32_t row_index(uint32_t hi) { return (((hi >> 11) & 0x1FF) + 1) >> 1; }
+// The vector path and the x87 fallback; blocks, lanes and statuses are
+// lux::logs::DLaKernel (exp_log/log_kernels.h).
+struct LnUnit {
+  using Table = ::Table;
+  using Row = LaRow;
+  static constexpr uint32_t kNormalBias = ::kNormalBias, kNormalSpan = ::kNormalSpan;
 
-// Two lanes of positive normal numbers.
-inline __m128d ln_pair(const Table& t, __m128d x) {
-  const __m128i hi = lux::high_words(x);
-  const LaRow& row0 = t.rows[row_index(lux::logs::word<0>(hi))];
-  const LaRow& row1 = t.rows[row_index(lux::logs::word<1>(hi))];
-  const __m128d e = _mm_cvtepi32_pd(_mm_sub_epi32(_mm_srli_epi32(hi, 20), _mm_set1_epi32(1023)));
-  const __m128d m = _mm_or_pd(_mm_and_pd(x, t.frac_mask.pd()), t.one.pd());
-  const __m128d c = _mm_sub_pd(_mm_add_pd(_mm_or_pd(m, t.tie_up.pd()), t.rounder.pd()), t.rounder.pd());
-  const __m128d d = _mm_sub_pd(m, c);  // exact
-  const __m128d r = _mm_mul_pd(d, lux::logs::gather2(&row0.rcp, &row1.rcp));
-  const __m128d p = _mm_add_pd(_mm_mul_pd(t.c3.pd(), r), t.c2.pd());
-  const __m128d u = _mm_mul_pd(_mm_mul_pd(p, r), r);
-  const __m128d h = _mm_add_pd(_mm_mul_pd(e, t.ln2_hi.pd()), lux::logs::gather2(&row0.log_hi, &row1.log_hi));
-  return _mm_add_pd(_mm_add_pd(u, r), h);
-}
-
-struct Kernel {
-  const lux64f* src;
-  lux64f* dst;
-  lux::CallState<lux64f>& call;
-  const Table& t;
-
-  // Four lanes, tested before anything is computed.
-  bool block(int i) {
-    const __m128d x0 = lux::load2(src + i), x1 = lux::load2(src + i + 2);
-    const __m128i hi =
-        _mm_castps_si128(_mm_shuffle_ps(_mm_castpd_ps(x0), _mm_castpd_ps(x1), _MM_SHUFFLE(3, 1, 3, 1)));
-    // Unsigned hi - bias < span, as a signed compare after flipping the sign bits.
-    const __m128i flip = _mm_set1_epi32(int32_t(0x80000000));
-    const __m128i ok = _mm_cmplt_epi32(_mm_xor_si128(_mm_sub_epi32(hi, t.normal_bias.pi()), flip),
-                                       _mm_xor_si128(t.normal_span.pi(), flip));
-    if (_mm_movemask_ps(_mm_castsi128_ps(ok)) != 0xF) return false;
-    lux::store2(dst + i, ln_pair(t, x0));
-    lux::store2(dst + i + 2, ln_pair(t, x1));
-    return true;
+  // Two lanes of positive normal numbers.
+  static __m128d pair(const Table& t, __m128d x) {
+    const auto s = lux::logs::d_la_split<Row>(t, x);
+    const __m128d p = _mm_add_pd(_mm_mul_pd(t.c3.pd(), s.r), t.c2.pd());
+    const __m128d u = _mm_mul_pd(_mm_mul_pd(p, s.r), s.r);
+    const __m128d h = _mm_add_pd(_mm_mul_pd(s.e, t.ln2_hi.pd()), s.log_hi());
+    return _mm_add_pd(_mm_add_pd(u, s.r), h);
   }
 
-  // _orkdLn_50_scalar: one lane.  Positive normal numbers take the vector steps; every
-  // other lane takes FYL2X with y = log 2 from FLDLN2, at the x87's current
-  // precision, rounded to binary64 by the store.
-  void lane(int i) {
-    const __m128d x = _mm_loaddup_pd(src + i);
-    const uint32_t hi = lux::logs::word<1>(lux::as_int(x)), lo = lux::logs::word<0>(lux::as_int(x));
-    if (hi - kNormalBias < kNormalSpan) {
-      lux::store1(dst + i, ln_pair(t, x));
-      return;
-    }
-    lux::logs::fyl2x_ln2(src + i, dst + i);
-    if (((hi & 0x7FFFFFFF) | lo) == 0)
-      call.warn(luxWarnSingularity, i);
-    else if (hi - 0x80000000u <= 0x7FF00000u)  // negatives, -Inf, NaNs with high word 0xFFF00000
-      call.warn(luxWarnDomain, i);
-  }
+  // Every lane that is not a positive normal number: FYL2X with y = log 2 from FLDLN2.
+  static void x87(const Table&, const lux64f* x, lux64f* out) { lux::logs::fyl2x_ln2(x, out); }
 };
 
 }  // namespace
 
 LUXVM_EXPORT luxStatus luxsLn_64f_A26(const lux64f* src, lux64f* dst, int len) {
-  if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  lux::RoundNearestGuard guard;
-  lux::CallState<lux64f> call(src, src, dst, dst);
-  Kernel k{src, dst, call, kTable};
-  // After a failed block, lanes go through the scalar routine only until the
-  // remaining count is a multiple of 4 (exp_log/log_frame.h); the tail too.
-  lux::logs::run_block_resume<4>(len, k);
-  return call.status();
+  return lux::logs::DLaKernel<LnUnit>::run(kTable, src, dst, len);
 }

@@ -13,7 +13,7 @@
 #include <pmmintrin.h>
 #include <stdint.h>
 
-#include "exp_log/log_frame.h"
+#include "exp_log/log_kernels.h"
 #include "frame/frame.h"
 #include "frame/lanes.h"
 
@@ -23,9 +23,6 @@ namespace {
 // hi32(x) - 0x80100000 < 0xFFE00000 as signed integers.
 constexpr uint32_t kNormalBias = 0x80100000;
 constexpr uint32_t kNormalLimit = 0xFFE00000;
-// Row index: top ten fraction bits of the high word, rounded half up to nine.
-constexpr uint32_t kRowBits = 0x000FFC00, kRowHalf = 0x00000400, kRowMask = 0x001FF800;
-constexpr int kRowShift = 11;
 
 struct LnRow {
   uint64_t rcp, log_hi, log_lo;
@@ -68,96 +65,27 @@ constexpr DLnHaTable kTable = {
         },
 };
 
-inline uint32_t row_index(uint32_t hi) { return (((hi & kRowBits) + kRowHalf) & kRowMask) >> kRowShift; }
+// The vector path; blocks, the lane routine and its special values are
+// lux::logs::DHaKernel (exp_log/log_kernels.h).
+struct LnUnit {
+  using Table = DLnHaTable;
+  static constexpr uint32_t kNormalBias = ::kNormalBias, kNormalLimit = ::kNormalLimit;
 
-// Two lanes of positive normal numbers (or, Scaled, of denormals times 2^52).
-template <bool Scaled>
-inline __m128d ln_pair(const DLnHaTable& t, __m128d x) {
-  const __m128i hi = lux::high_words(x);
-  const LnRow& r0 = t.rows[row_index(lux::logs::word<0>(hi))];
-  const LnRow& r1 = t.rows[row_index(lux::logs::word<1>(hi))];
-  // e = (hi32 - 0x3FE7FC00) >> 20, to a double through the high word of 1.5*2^20.
-  const __m128i e = _mm_srai_epi32(_mm_sub_epi32(hi, t.exp_offset.pi()), 20);
-  const __m128d ef = _mm_sub_pd(
-      lux::as_pd(_mm_add_epi32(_mm_unpacklo_epi32(_mm_setzero_si128(), e), t.magic.pi())), t.magic.pd());
-  const __m128d m = _mm_or_pd(_mm_and_pd(x, t.frac_mask.pd()), t.one.pd());
-  const __m128d mh = _mm_and_pd(m, t.high_mask.pd());
-  const __m128d ml = _mm_sub_pd(m, mh);
-  const __m128d rcp = lux::logs::gather2(&r0.rcp, &r1.rcp);
-  const __m128d log_hi = lux::logs::gather2(&r0.log_hi, &r1.log_hi);
-  const __m128d log_lo = lux::logs::gather2(&r0.log_lo, &r1.log_lo);
-  const __m128d rh = _mm_sub_pd(_mm_mul_pd(mh, rcp), t.one.pd());  // exact
-  const __m128d rl = _mm_mul_pd(ml, rcp);
-  const __m128d r = _mm_add_pd(rl, rh);
-  const __m128d a = _mm_add_pd(_mm_mul_pd(ef, t.ln2_hi.pd()), log_hi);  // exact
-  __m128d b = _mm_add_pd(rh, a);
-  const __m128d c = _mm_add_pd(_mm_mul_pd(ef, t.ln2_lo.pd()), log_lo);
-  // Near 1, C = 0: fold rl into the leading sum, and add no separate w.
-  const __m128d near = _mm_cmpeq_pd(c, _mm_setzero_pd());
-  b = _mm_or_pd(_mm_and_pd(near, _mm_add_pd(b, rl)), _mm_andnot_pd(near, b));
-  const __m128d w = _mm_andnot_pd(near, rl);
-  __m128d p = _mm_add_pd(_mm_mul_pd(t.c5.pd(), r), t.c4.pd());
-  p = _mm_add_pd(_mm_mul_pd(p, r), t.c3.pd());
-  p = _mm_add_pd(_mm_mul_pd(p, r), t.c2.pd());
-  const __m128d u = _mm_mul_pd(r, _mm_mul_pd(p, r));
-  __m128d s = _mm_add_pd(_mm_add_pd(u, c), w);
-  if constexpr (Scaled) s = _mm_sub_pd(s, t.denorm_offset.pd());
-  return _mm_add_pd(s, b);
-}
-
-struct LnKernel {
-  const lux64f* src;
-  lux64f* dst;
-  lux::CallState<lux64f>& call;
-  const DLnHaTable& t;
-
-  // Four lanes: both pairs pass the test before anything is computed.
-  bool block(int i) {
-    const __m128d x0 = lux::load2(src + i), x1 = lux::load2(src + i + 2);
-    const __m128i hi =
-        _mm_castps_si128(_mm_shuffle_ps(_mm_castpd_ps(x0), _mm_castpd_ps(x1), _MM_SHUFFLE(3, 1, 3, 1)));
-    const __m128i ok = _mm_cmplt_epi32(_mm_sub_epi32(hi, t.normal_bias.pi()), t.normal_limit.pi());
-    if (_mm_movemask_ps(_mm_castsi128_ps(ok)) != 0xF) return false;
-    lux::store2(dst + i, ln_pair<false>(t, x0));
-    lux::store2(dst + i + 2, ln_pair<false>(t, x1));
-    return true;
+  // Two lanes of positive normal numbers (or, Scaled, of denormals times 2^52).
+  template <bool Scaled>
+  static __m128d pair(const Table& t, __m128d x) {
+    const lux::logs::DHaSplit s =
+        lux::logs::d_ha_split<LnRow>(t, x, t.one.pd(), t.ln2_hi.pd(), t.ln2_lo.pd());
+    __m128d p = _mm_add_pd(_mm_mul_pd(t.c5.pd(), s.r), t.c4.pd());
+    p = _mm_add_pd(_mm_mul_pd(p, s.r), t.c3.pd());
+    p = _mm_add_pd(_mm_mul_pd(p, s.r), t.c2.pd());
+    const __m128d u = _mm_mul_pd(s.r, _mm_mul_pd(p, s.r));
+    return lux::logs::d_ha_sum<Scaled>(t, s, u);
   }
-
-  // _dLn_Scalar: one lane, the vector steps for positive normal numbers.
-  void lane(int i) {
-    const __m128d x = _mm_loaddup_pd(src + i);
-    const uint32_t hi = lux::logs::word<1>(lux::as_int(x)), lo = lux::logs::word<0>(lux::as_int(x));
-    const uint32_t ahi = hi & 0x7FFFFFFF;
-    if (int32_t(hi - kNormalBias) < int32_t(kNormalLimit)) {
-      lux::store1(dst + i, ln_pair<false>(t, x));
-    } else if (ahi > 0x7FF00000 || (ahi == 0x7FF00000 && lo != 0)) {
-      // NaN: stored as it came; the product raises invalid for a signalling one.
-      lux::store1(dst + i, x);
-      lux::logs::keep(_mm_mul_sd(lux::opaque(x), t.one.pd()));
-    } else if (hi == 0x7FF00000) {
-      lux::store1(dst + i, t.pos_inf.pd());
-    } else if ((ahi | lo) == 0) {
-      lux::store1(dst + i, t.neg_inf.pd());
-      call.warn(luxWarnSingularity, i);
-    } else if (hi & 0x80000000) {
-      lux::store1(dst + i, t.domain_nan.pd());
-      call.warn(luxWarnDomain, i);
-    } else {
-      // Positive denormal: x*2^52 is normal and exact; 52 ln 2 comes off last.
-      lux::store1(dst + i, ln_pair<true>(t, _mm_mul_pd(x, t.denorm_scale.pd())));
-    }
-  }
-  void tail(int i) { lane(i); }
 };
 
 }  // namespace
 
 LUXVM_EXPORT luxStatus luxsLn_64f_A53(const lux64f* src, lux64f* dst, int len) {
-  if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  lux::RoundNearestGuard guard;
-  lux::CallState<lux64f> call(src, src, dst, dst);
-  LnKernel k{src, dst, call, kTable};
-  // A failed block runs its four lanes through the scalar routine; so does the tail.
-  lux::run_block_redo<4>(len, k);
-  return call.status();
+  return lux::logs::DHaKernel<LnUnit>::run(kTable, src, dst, len);
 }

@@ -11,7 +11,7 @@
 #include <pmmintrin.h>
 #include <stdint.h>
 
-#include "exp_log/log_frame.h"
+#include "exp_log/log_kernels.h"
 #include "frame/frame.h"
 #include "frame/lanes.h"
 
@@ -48,73 +48,16 @@ constexpr Table kTable = {
     .normal_limit = lux::row32(kNormalLimit),
 };
 
-// Four lanes of positive normal numbers.
-inline __m128 poly_quad(const Table& t, __m128 x) {
-  const __m128i xb = lux::as_int(x);
-  const __m128i f = _mm_and_si128(xb, t.frac_mask.pi());
-  const __m128i ex = _mm_and_si128(xb, t.exp_mask.pi());
-  const __m128i s = _mm_and_si128(_mm_add_epi32(f, t.sqrt2_carry.pi()), t.one_exp.pi());
-  const __m128i ex2 = _mm_add_epi32(ex, s);
-  const __m128 z =
-      _mm_sub_ps(lux::as_ps(_mm_or_si128(f, _mm_xor_si128(s, t.half_flip.pi()))), t.half_flip.ps());
-  const __m128 n =
-      _mm_sub_ps(lux::as_ps(_mm_or_si128(_mm_srli_epi32(ex2, 23), t.int_magic.pi())), t.int_bias.ps());
-  __m128 p = _mm_add_ps(_mm_mul_ps(t.a5.ps(), z), t.a4.ps());
-  p = _mm_add_ps(_mm_mul_ps(p, z), t.a3.ps());
-  p = _mm_add_ps(_mm_mul_ps(p, z), t.a2.ps());
-  p = _mm_add_ps(_mm_mul_ps(p, z), t.a1.ps());
-  const __m128 q = _mm_mul_ps(p, z);
-  return _mm_add_ps(q, _mm_mul_ps(n, t.log2.ps()));
-}
-
-struct Kernel {
-  const lux32f* src;
-  lux32f* dst;
-  lux::CallState<lux32f>& call;
-  const Table& t;
-
-  // Mask of the lanes that fail the test.
-  int failing(__m128 x) const {
-    const __m128i d = _mm_sub_epi32(lux::as_int(x), t.normal_bias.pi());
-    return _mm_movemask_ps(lux::as_ps(_mm_cmpgt_epi32(d, t.normal_limit.pi())));
-  }
-
-  // Eight lanes, tested before anything is computed.
-  bool block(int i) {
-    const __m128 x0 = lux::load4(src + i), x1 = lux::load4(src + i + 4);
-    if ((failing(x0) | failing(x1)) != 0) return false;
-    lux::store4(dst + i, poly_quad(t, x0));
-    lux::store4(dst + i + 4, poly_quad(t, x1));
-    return true;
-  }
-
-  // The lane routine, on the x87 only.
-  void lane(int i) {
-    const uint32_t b = lux::logs::word<0>(lux::as_int(_mm_load_ss(src + i)));
-    lux::logs::fyl2x_ln2(src + i, dst + i);
-    if ((b & 0x7FFFFFFF) == 0)
-      call.warn(luxWarnSingularity, i);
-    else if (int32_t(b - 1) < int32_t(0xFF800000))  // negatives and -Inf
-      call.warn(luxWarnDomain, i);
-  }
-
-  // A tail lane takes the polynomial when it passes its own test.
-  void tail(int i) {
-    const __m128 x = _mm_load1_ps(src + i);
-    if (failing(x) == 0)
-      lux::store1(dst + i, poly_quad(t, x));
-    else
-      lane(i);
-  }
+// The vector path is lux::logs::s_poly_quad on this table; blocks, lanes and
+// statuses are lux::logs::SPolyKernel (exp_log/log_kernels.h).
+struct LnUnit {
+  using Table = ::Table;
+  // The lane routine: FYL2X with y = ln 2 from FLDLN2, rounded once to binary32 by the store.
+  static void x87(const Table&, const lux32f* x, lux32f* out) { lux::logs::fyl2x_ln2(x, out); }
 };
 
 }  // namespace
 
 LUXVM_EXPORT luxStatus luxsLn_32f_A11(const lux32f* src, lux32f* dst, int len) {
-  if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  lux::RoundNearestGuard guard;
-  lux::CallState<lux32f> call(src, src, dst, dst);
-  Kernel k{src, dst, call, kTable};
-  lux::run_block_redo<8>(len, k);
-  return call.status();
+  return lux::logs::SPolyKernel<LnUnit>::run(kTable, src, dst, len);
 }

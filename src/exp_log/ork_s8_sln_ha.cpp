@@ -12,7 +12,7 @@
 #include <pmmintrin.h>
 #include <stdint.h>
 
-#include "exp_log/log_frame.h"
+#include "exp_log/log_kernels.h"
 #include "frame/frame.h"
 #include "frame/lanes.h"
 
@@ -146,10 +146,7 @@ struct LnKernel {
     } else {
       // Zero, negative, +Inf, NaN: the x87's FYL2X with y = ln 2.
       lux::logs::fyl2x_ln2(src + i, dst + i);
-      if ((b & 0x7FFFFFFF) == 0)
-        call.warn(luxWarnSingularity, i);
-      else if (b - 0x80000000u <= 0x7F800000u)  // negatives and -Inf
-        call.warn(luxWarnDomain, i);
+      lux::logs::warn_x87_lane(call, i, b);
     }
   }
 };

@@ -10,7 +10,7 @@
 #include <pmmintrin.h>
 #include <stdint.h>
 
-#include "exp_log/log_frame.h"
+#include "exp_log/log_kernels.h"
 #include "frame/frame.h"
 #include "frame/lanes.h"
 
@@ -57,72 +57,29 @@ constexpr Table kTable = {
         },
 };
 
-// Four lanes of positive normal numbers.
-inline __m128 log10_quad(const Table& t, __m128 x) {
-  const __m128i xb = lux::as_int(x);
-  // Row: top seven fraction bits rounded half up to six (0..64).
-  const __m128i i = _mm_srli_epi32(
-      _mm_add_epi32(_mm_and_si128(_mm_srli_epi32(xb, 16), t.row_mask.pi()), t.row_half.pi()), 1);
-  const LaRow& row0 = t.rows[lux::logs::word<0>(i)];
-  const LaRow& row1 = t.rows[lux::logs::word<1>(i)];
-  const LaRow& row2 = t.rows[lux::logs::word<2>(i)];
-  const LaRow& row3 = t.rows[lux::logs::word<3>(i)];
-  const __m128 e = _mm_cvtepi32_ps(_mm_sub_epi32(_mm_srli_epi32(xb, 23), t.exp_bias.pi()));
-  const __m128i mb = _mm_or_si128(_mm_and_si128(xb, t.frac_mask.pi()), t.one.pi());
-  const __m128 c = lux::as_ps(_mm_and_si128(_mm_add_epi32(mb, t.round_add.pi()), t.round_mask.pi()));
-  const __m128 d = _mm_sub_ps(lux::as_ps(mb), c);  // exact
-  const __m128 r = _mm_mul_ps(d, lux::logs::gather4(&row0.rcp, &row1.rcp, &row2.rcp, &row3.rcp));
-  const __m128 u = _mm_mul_ps(_mm_mul_ps(_mm_add_ps(_mm_mul_ps(r, t.c3.ps()), t.c2.ps()), r), r);
-  const __m128 l = _mm_add_ps(_mm_mul_ps(e, t.l10_lo.ps()),
-                              lux::logs::gather4(&row0.log_lo, &row1.log_lo, &row2.log_lo, &row3.log_lo));
-  const __m128 h = _mm_add_ps(_mm_mul_ps(e, t.l10_hi.ps()),
-                              lux::logs::gather4(&row0.log_hi, &row1.log_hi, &row2.log_hi, &row3.log_hi));
-  const __m128 r1 = _mm_mul_ps(r, t.log10_e.ps());
-  return _mm_add_ps(_mm_add_ps(_mm_add_ps(u, l), r1), h);
-}
+// The vector path and the x87 fallback; blocks, lanes and statuses are
+// lux::logs::SLaKernel (exp_log/log_kernels.h).
+struct Log10Unit {
+  using Table = ::Table;
+  static constexpr uint32_t kNormalBias = ::kNormalBias, kNormalLimit = ::kNormalLimit;
 
-struct Kernel {
-  const lux32f* src;
-  lux32f* dst;
-  lux::CallState<lux32f>& call;
-  const Table& t;
-
-  // Four lanes, tested before anything is computed.
-  bool block(int i) {
-    const __m128 x = lux::load4(src + i);
-    const __m128i d = _mm_sub_epi32(lux::as_int(x), t.normal_bias.pi());
-    if (_mm_movemask_ps(lux::as_ps(_mm_cmpgt_epi32(d, t.normal_limit.pi()))) != 0) return false;
-    lux::store4(dst + i, log10_quad(t, x));
-    return true;
+  // Four lanes of positive normal numbers.
+  static __m128 quad(const Table& t, __m128 x) {
+    const auto s = lux::logs::s_la_split<LaRow>(t, x);
+    const __m128 u = _mm_mul_ps(_mm_mul_ps(_mm_add_ps(_mm_mul_ps(s.r, t.c3.ps()), t.c2.ps()), s.r), s.r);
+    const __m128 l = _mm_add_ps(_mm_mul_ps(s.e, t.l10_lo.ps()), s.log_lo());
+    const __m128 h = _mm_add_ps(_mm_mul_ps(s.e, t.l10_hi.ps()), s.log_hi());
+    const __m128 r1 = _mm_mul_ps(s.r, t.log10_e.ps());
+    return _mm_add_ps(_mm_add_ps(_mm_add_ps(u, l), r1), h);
   }
 
-  // _orksLog10_21_scalar: one lane.  Positive normal numbers take the vector steps; every
-  // other lane, positive denormals too, takes the x87's FYL2X with
-  // y = log10 2 from FLDLG2, rounded to binary32 by the store.
-  void lane(int i) {
-    const __m128 x = _mm_load1_ps(src + i);
-    const uint32_t b = lux::logs::word<0>(lux::as_int(x));
-    if (int32_t(b - kNormalBias) <= int32_t(kNormalLimit)) {
-      lux::store1(dst + i, log10_quad(t, x));
-      return;
-    }
-    lux::logs::fyl2x_lg2(src + i, dst + i);
-    if ((b & 0x7FFFFFFF) == 0)
-      call.warn(luxWarnSingularity, i);
-    else if (b - 0x80000000u <= 0x7F800000u)  // negatives and -Inf
-      call.warn(luxWarnDomain, i);
-  }
+  // Every lane that is not a positive normal number, positive denormals too:
+  // FYL2X with y = log10 2 from FLDLG2, rounded to binary32 by the store.
+  static void x87(const Table&, const lux32f* x, lux32f* out) { lux::logs::fyl2x_lg2(x, out); }
 };
 
 }  // namespace
 
 LUXVM_EXPORT luxStatus luxsLog10_32f_A21(const lux32f* src, lux32f* dst, int len) {
-  if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  lux::RoundNearestGuard guard;
-  lux::CallState<lux32f> call(src, src, dst, dst);
-  Kernel k{src, dst, call, kTable};
-  // After a failed block, lanes go through the scalar routine until the
-  // remaining count is a multiple of 4 (exp_log/log_frame.h); the tail too.
-  lux::logs::run_block_resume<4>(len, k);
-  return call.status();
+  return lux::logs::SLaKernel<Log10Unit>::run(kTable, src, dst, len);
 }

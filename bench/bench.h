@@ -69,6 +69,9 @@ struct FamilyBench {
   bool exact = false;
   std::vector<Range> ranges;
   std::vector<Peer> peers;
+  // What bounds the exports' speed, for the reader of the report: printed
+  // under the family's heading.
+  const char* notes = nullptr;
 };
 
 void register_family(const FamilyBench* fam);

@@ -2,7 +2,8 @@
 //
 // Times every implemented export of the described families (bench/families/)
 // in cycles per element on in-cache and out-of-cache arrays, with each family's
-// peers on the same arrays, prints the tables and writes docs/performance.md.
+// peers on the same arrays, prints the tables and writes docs/performance.md
+// with its chart, docs/performance.png.
 // --small and --large set the array lengths (1000 and 1000000), --runs the
 // number of timed in-cache calls (101; out of cache a tenth of it, at least 3).
 #include <algorithm>
@@ -251,7 +252,7 @@ int run(const Options& opt) {
 
   std::vector<FamilyResult> results;
   for (const Work& w : work) {
-    FamilyResult fr{w.fam->family, {}};
+    FamilyResult fr{w.fam->family, w.fam->notes ? w.fam->notes : "", {}};
     for (const auto& [type, ex] : w.types)
       fr.tables.push_back(run_type(*w.fam, type, ex, opt, timer, m.copy_bytes_per_tick));
     print_family(fr);

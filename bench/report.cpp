@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <fstream>
 #include <map>
@@ -12,6 +13,7 @@
 
 #include "common/census.h"
 #include "luxvm.h"
+#include "plot.h"
 
 namespace luxbench {
 
@@ -64,31 +66,6 @@ std::string md_escape(const std::string& s) {
   return o;
 }
 
-std::string family_section(const FamilyResult& r, const Machine& m) {
-  std::ostringstream o;
-  o << "## " << r.family << "\n\n"
-    << "Measured " << m.date << " on " << m.cpu << " (TSC " << fixed(m.tsc_ghz) << " GHz), " << m.compiler
-    << "; median of " << m.runs_small << " calls on " << m.small << " elements and " << m.runs_large
-    << " calls on " << m.large << ".\n";
-  for (const Table& t : r.tables) {
-    o << "\n### " << r.family << ", " << t.type << "\n\n| Export | Range | n | luxvm |";
-    for (const std::string& p : t.peers) o << " " << p << " |";
-    if (t.bound) o << " memory bound |";
-    o << "\n|---|---|--:|--:|";
-    for (size_t k = 0; k < t.peers.size(); ++k) o << "--:|";
-    if (t.bound) o << "--:|";
-    o << "\n";
-    for (const Row& row : t.rows) {
-      o << "| `" << row.export_name << "` | " << md_escape(row.range) << " | " << row.n << " | "
-        << fixed(row.cycles) << " |";
-      for (double p : row.peers) o << " " << cell(p, row.cycles, "×") << " |";
-      if (t.bound) o << " " << (row.bound < 0 ? std::string("–") : fixed(row.bound)) << " |";
-      o << "\n";
-    }
-  }
-  return o.str();
-}
-
 // "## Title" sections of an earlier report, by title.
 std::map<std::string, std::string> previous_sections(const std::string& path) {
   std::map<std::string, std::string> s;
@@ -112,7 +89,110 @@ std::map<std::string, std::string> previous_sections(const std::string& path) {
   return s;
 }
 
+constexpr const char* kDataOpen = "<!-- chart data";
+
+std::string exact_number(double v) {
+  char b[32];
+  std::snprintf(b, sizeof b, "%.6g", v);
+  return b;
+}
+
+std::vector<std::string> split_tabs(const std::string& line) {
+  std::vector<std::string> f;
+  size_t start = 0;
+  for (size_t tab; (tab = line.find('\t', start)) != std::string::npos; start = tab + 1)
+    f.push_back(line.substr(start, tab - start));
+  f.push_back(line.substr(start));
+  return f;
+}
+
+// "docs/performance.md" -> "docs/performance.png".
+std::string chart_path(const std::string& report) {
+  const size_t slash = report.find_last_of('/');
+  const size_t dot = report.find_last_of('.');
+  const bool has_ext = dot != std::string::npos && (slash == std::string::npos || dot > slash);
+  return (has_ext ? report.substr(0, dot) : report) + ".png";
+}
+
+std::string file_name(const std::string& path) {
+  const size_t slash = path.find_last_of('/');
+  return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
 }  // namespace
+
+std::string family_section(const FamilyResult& r, const Machine& m) {
+  std::ostringstream o;
+  o << "## " << r.family << "\n\n"
+    << "Measured " << m.date << " on " << m.cpu << " (TSC " << fixed(m.tsc_ghz) << " GHz), " << m.compiler
+    << "; median of " << m.runs_small << " calls on " << m.small << " elements and " << m.runs_large
+    << " calls on " << m.large << ".\n";
+  if (!r.notes.empty()) o << "\n" << r.notes << "\n";
+  for (const Table& t : r.tables) {
+    o << "\n### " << r.family << ", " << t.type << "\n\n| Export | Range | n | luxvm |";
+    for (const std::string& p : t.peers) o << " " << p << " |";
+    if (t.bound) o << " memory bound |";
+    o << "\n|---|---|--:|--:|";
+    for (size_t k = 0; k < t.peers.size(); ++k) o << "--:|";
+    if (t.bound) o << "--:|";
+    o << "\n";
+    for (const Row& row : t.rows) {
+      o << "| `" << row.export_name << "` | " << md_escape(row.range) << " | " << row.n << " | "
+        << fixed(row.cycles) << " |";
+      for (double p : row.peers) o << " " << cell(p, row.cycles, "×") << " |";
+      if (t.bound) o << " " << (row.bound < 0 ? std::string("–") : fixed(row.bound)) << " |";
+      o << "\n";
+    }
+  }
+  // The same numbers unrounded, one tab-separated line each, for drawing the
+  // chart again when a later run keeps this section.
+  o << "\n" << kDataOpen << "\n";
+  for (const Table& t : r.tables) {
+    o << "table\t" << t.type << "\t" << (t.bound ? 1 : 0) << "\npeers";
+    for (const std::string& p : t.peers) o << "\t" << p;
+    o << "\n";
+    for (const Row& row : t.rows) {
+      o << "row\t" << row.export_name << "\t" << row.range << "\t" << row.n << "\t"
+        << exact_number(row.cycles) << "\t" << exact_number(row.bound);
+      for (double p : row.peers) o << "\t" << exact_number(p);
+      o << "\n";
+    }
+  }
+  o << "-->\n";
+  return o.str();
+}
+
+FamilyResult parse_section(const std::string& family, const std::string& section) {
+  FamilyResult r{family, {}, {}};
+  std::istringstream in(section);
+  std::string line;
+  bool inside = false;
+  while (std::getline(in, line)) {
+    if (!inside) {
+      inside = line == kDataOpen;
+      continue;
+    }
+    if (line == "-->") break;
+    const std::vector<std::string> f = split_tabs(line);
+    if (f[0] == "table" && f.size() == 3) {
+      r.tables.push_back({f[1], {}, f[2] == "1", {}});
+    } else if (r.tables.empty()) {
+      continue;
+    } else if (f[0] == "peers") {
+      r.tables.back().peers.assign(f.begin() + 1, f.end());
+    } else if (f[0] == "row" && f.size() >= 6) {
+      Row row;
+      row.export_name = f[1];
+      row.range = f[2];
+      row.n = std::strtol(f[3].c_str(), nullptr, 10);
+      row.cycles = std::strtod(f[4].c_str(), nullptr);
+      row.bound = std::strtod(f[5].c_str(), nullptr);
+      for (size_t k = 6; k < f.size(); ++k) row.peers.push_back(std::strtod(f[k].c_str(), nullptr));
+      r.tables.back().rows.push_back(row);
+    }
+  }
+  return r;
+}
 
 Machine describe_machine() {
   Machine m;
@@ -153,6 +233,7 @@ void write_report(const std::string& path, const Machine& m, const std::vector<F
   sections.erase("Machine");
   sections.erase("Method");
   for (const FamilyResult& r : results) sections[r.family] = family_section(r, m);
+  const std::string chart = chart_path(path);
 
   std::ofstream f(path);
   f << "# Performance\n\n"
@@ -161,6 +242,11 @@ void write_report(const std::string& path, const Machine& m, const std::vector<F
     << "operation timed on the same arrays in the same run. Written by `luxvm bench [FAMILY]`, which "
        "replaces "
     << "the sections of the families it measures and keeps the others; do not edit by hand.\n\n"
+    << "![Cycles per element of each export beside its peers, arrays in cache](" << file_name(chart)
+    << ")\n\n"
+    << "The chart: for each family and element type, the first range of its table on arrays in cache, one "
+    << "bar per export and per peer on one logarithmic scale; dotted lines carry the exports' times through "
+    << "the peers' bars.\n\n"
     << "## Machine\n\n"
     << "Last run " << m.date << ":\n\n"
     << "- CPU: " << m.cpu << " (" << m.caches << ")\n"
@@ -199,8 +285,20 @@ void write_report(const std::string& path, const Machine& m, const std::vector<F
     << "the peer's time over the export's; above 1 the export is faster.\n"
     << "- Memory bound (exact families, large arrays): the bytes an element reads and writes, divided by the "
     << "copy bandwidth above (a plain SSE2 copy between two flushed arrays).\n";
-  for (const auto& [title, body] : sections) f << "\n" << body;
+  std::vector<FamilyResult> charted;
+  for (const auto& [title, body] : sections) {
+    f << "\n" << body;
+    FamilyResult r = parse_section(title, body);
+    if (!r.tables.empty()) charted.push_back(std::move(r));
+  }
+  f.close();
   std::printf("\nwrote %s\n", path.c_str());
+  const Canvas c = draw_chart(
+      charted, "Last run " + m.date + " on " + m.cpu + "; " + m.library + " beside " + m.libraries + ".");
+  if (write_png(chart, c.image()))
+    std::printf("wrote %s\n", chart.c_str());
+  else
+    std::fprintf(stderr, "luxvm: cannot write %s\n", chart.c_str());
 }
 
 }  // namespace luxbench

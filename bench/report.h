@@ -1,5 +1,8 @@
 // Results of a run: printed as tables and written to docs/performance.md,
-// where the sections of families not measured in this run survive.
+// where the sections of families not measured in this run survive, and drawn
+// as a chart into the PNG file beside it (performance.png).  Each section
+// carries its numbers in a comment, from which the chart of the surviving
+// sections is drawn again.
 #pragma once
 
 #include <string>
@@ -25,6 +28,7 @@ struct Table {
 
 struct FamilyResult {
   std::string family;
+  std::string notes;  // what limits the family's speed; may be empty
   std::vector<Table> tables;
 };
 
@@ -38,6 +42,12 @@ struct Machine {
 
 Machine describe_machine();
 void print_family(const FamilyResult& r);
+// The section of one family: notes, tables and the data comment.
+std::string family_section(const FamilyResult& r, const Machine& m);
+// The family's tables read back from a section's data comment; no tables
+// when the section has none.
+FamilyResult parse_section(const std::string& family, const std::string& section);
+
 void write_report(const std::string& path, const Machine& m, const std::vector<FamilyResult>& results);
 
 }  // namespace luxbench

@@ -29,6 +29,11 @@ const FamilyBench kExp = {
             {"glibc cexp", k64fc, unary<c64, [](c64 v) { return std::exp(v); }>},
             {"glibc cexpf", k32fc, unary<c32, [](c32 v) { return std::exp(v); }>},
         },
+    .notes =
+        "A53 is about 1.9× SLEEF u10 and within ~25% of libmvec (which is less accurate); its cost is the "
+        "two-word table reconstruction and the degree-5 polynomial. A26/A11 drop the table tail and most of "
+        "the "
+        "polynomial.",
 };
 const Registrar kExpReg(&kExp);
 
@@ -54,6 +59,11 @@ const FamilyBench kLn = {
             {"glibc clog", k64fc, unary<c64, [](c64 v) { return std::log(v); }>},
             {"glibc clogf", k32fc, unary<c32, [](c32 v) { return std::log(v); }>},
         },
+    .notes =
+        "The table of reciprocals and logarithms and the x87-free two-word sum of A24 cost about twice "
+        "libmvec's "
+        "single-precision log (A21 about 1.5 times); A24 is the more accurate (0.53 ulp for Ln, 0.75 ulp for "
+        "Log10, against libmvec's ~1 ulp).",
 };
 const Registrar kLnReg(&kLn);
 
@@ -77,6 +87,11 @@ const FamilyBench kLog10 = {
             {"glibc clog / ln 10", k64fc, unary<c64, [](c64 v) { return std::log10(v); }>},
             {"glibc clogf / ln 10", k32fc, unary<c32, [](c32 v) { return std::log10(v); }>},
         },
+    .notes =
+        "The table of reciprocals and logarithms and the x87-free two-word sum of A24 cost about twice "
+        "libmvec's "
+        "single-precision log (A21 about 1.5 times); A24 is the more accurate (0.53 ulp for Ln, 0.75 ulp for "
+        "Log10, against libmvec's ~1 ulp).",
 };
 const Registrar kLog10Reg(&kLog10);
 

@@ -16,6 +16,7 @@
  * This file is generated from census/luxvm.census by cmake/census.cmake
  * (the declaration block) and cmake/luxvm.h.in (everything else).
  */
+/* clang-format off: generated layout, one declaration a line. */
 #ifndef LUXVM_H
 #define LUXVM_H
 
@@ -565,3 +566,4 @@ LUXVM_API luxStatus luxsTrunc_64f(const lux64f* src, lux64f* dst, int len);
 #endif
 
 #endif /* LUXVM_H */
+/* clang-format on */

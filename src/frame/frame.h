@@ -101,12 +101,10 @@ inline luxStatus check_entry(int len, const P*... ptrs) {
 // The exception reporter: raises the IEEE flag of a warning code by carrying
 // out one operation of that kind.  It has no memory and writes no lane.
 extern "C" {
-__attribute__((visibility("hidden"))) void orksError(int code, int index, const void* src1,
-                                                     const void* src2, void* dst1, void* dst2,
-                                                     const char* name);
-__attribute__((visibility("hidden"))) void orkdError(int code, int index, const void* src1,
-                                                     const void* src2, void* dst1, void* dst2,
-                                                     const char* name);
+__attribute__((visibility("hidden"))) void orksError(int code, int index, const void* src1, const void* src2,
+                                                     void* dst1, void* dst2, const char* name);
+__attribute__((visibility("hidden"))) void orkdError(int code, int index, const void* src1, const void* src2,
+                                                     void* dst1, void* dst2, const char* name);
 }
 
 namespace lux {

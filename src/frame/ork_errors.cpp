@@ -40,8 +40,7 @@ void raise_for(int code) {
       keep(opaque(bits_to_double(kOrkdSpecialTab.one)) / opaque(bits_to_double(kOrkdSpecialTab.zero)));
       break;
     case luxWarnOverflow:
-      keep(opaque(bits_to_double(kOrkdSpecialTab.largest)) *
-           opaque(bits_to_double(kOrkdSpecialTab.largest)));
+      keep(opaque(bits_to_double(kOrkdSpecialTab.largest)) * opaque(bits_to_double(kOrkdSpecialTab.largest)));
       break;
     case luxWarnUnderflow:
       keep(opaque(bits_to_double(kOrkdSpecialTab.tiny_normal)) *

@@ -37,7 +37,9 @@ Result<T> call_unary(const char* name, const std::vector<T>& in, uint32_t mxcsr 
   }
   r.out.assign(in.size(), T{});
   const luxtk::Outcome o = luxtk::run_clean(
-      [&] { return luxtk::invoke(*e, fn, in.data(), nullptr, nullptr, r.out.data(), nullptr, int(in.size())); },
+      [&] {
+        return luxtk::invoke(*e, fn, in.data(), nullptr, nullptr, r.out.data(), nullptr, int(in.size()));
+      },
       mxcsr);
   r.status = o.status;
   r.flags = o.flags;

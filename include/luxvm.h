@@ -16,7 +16,8 @@
  * This file is generated from census/luxvm.census by cmake/census.cmake
  * (the declaration block) and cmake/luxvm.h.in (everything else).
  */
-/* clang-format off: generated layout, one declaration a line. */
+/* The declarations keep their generated layout, one a line. */
+/* clang-format off */
 #ifndef LUXVM_H
 #define LUXVM_H
 

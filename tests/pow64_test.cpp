@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "pow_cases.h"
 #include "support/testing.h"
 
 namespace {
@@ -19,117 +20,19 @@ using luxtest::f64;
 const char* const kPow[] = {"luxsPow_64f_A26", "luxsPow_64f_A50", "luxsPow_64f_A53"};
 const char* const kPowx[] = {"luxsPowx_64f_A26", "luxsPowx_64f_A50", "luxsPowx_64f_A53"};
 
-struct Out {
-  std::vector<uint64_t> r;
-  int status;
-  uint32_t flags;
-};
-
-Out pow_call(const char* name, const std::vector<uint64_t>& a, const std::vector<uint64_t>& b) {
-  const luxtk::CensusEntry* e = luxtk::find_export(name);
-  void* fn = luxtk::export_address(name);
-  Out o{std::vector<uint64_t>(a.size()), 0, 0};
-  if (!e || !fn) {
-    ADD_FAILURE() << name << " missing";
-    return o;
-  }
-  const luxtk::Outcome c = luxtk::run_clean(
-      [&] { return luxtk::invoke(*e, fn, a.data(), b.data(), nullptr, o.r.data(), nullptr, int(a.size())); });
-  o.status = c.status;
-  o.flags = c.flags;
-  return o;
+using C = pow_cases::PowCases<double>;
+using U = C::U;
+using Out = C::Out;
+using Row = C::Row;
+constexpr U kPInf = C::kPInf, kNInf = C::kNInf, kNZero = C::kNZero, kQNaN = C::kQNaN, kSNaN = C::kSNaN;
+constexpr U kDefaultNaN = C::kDefaultNaN, kOne = C::kOne, kNOne = C::kNOne;
+U d(double v) { return C::d(v); }
+Out pow_call(const char* name, const std::vector<U>& a, const std::vector<U>& b) {
+  return C::pow_call(name, a, b);
 }
-
-Out powx_call(const char* name, const std::vector<uint64_t>& a, uint64_t x) {
-  const luxtk::CensusEntry* e = luxtk::find_export(name);
-  void* fn = luxtk::export_address(name);
-  Out o{std::vector<uint64_t>(a.size()), 0, 0};
-  if (!e || !fn) {
-    ADD_FAILURE() << name << " missing";
-    return o;
-  }
-  // Called directly rather than through the toolkit's invoker: this file is built for
-  // the vector unit, so a signalling NaN x reaches the export unquieted on i386 too.
-  double xv;
-  std::memcpy(&xv, &x, sizeof xv);
-  auto* f = reinterpret_cast<int (*)(const double*, double, double*, int)>(fn);
-  const luxtk::Outcome c = luxtk::run_clean([&] {
-    return f(reinterpret_cast<const double*>(a.data()), xv, reinterpret_cast<double*>(o.r.data()),
-             int(a.size()));
-  });
-  o.status = c.status;
-  o.flags = c.flags;
-  return o;
-}
-
-constexpr uint64_t kPInf = 0x7FF0000000000000, kNInf = 0xFFF0000000000000, kNZero = 0x8000000000000000;
-constexpr uint64_t kQNaN = 0x7FF8000000000123, kSNaN = 0x7FF4000000000456, kDefaultNaN = 0xFFF8000000000000;
-constexpr uint64_t kOne = 0x3FF0000000000000, kNOne = 0xBFF0000000000000;
-uint64_t d(double v) { return bits(v); }
-
-// One row of the special-value table: inputs, the result of Pow, the status.
-struct Row {
-  const char* what;
-  uint64_t a, b, want;
-  int status;
-};
-
-const Row kSpecialRows[] = {
-    {"1: NaN^0", kQNaN, 0, kOne, 0},
-    {"1: sNaN^-0", kSNaN, kNZero, kOne, 0},
-    {"1: Inf^0", kPInf, 0, kOne, 0},
-    {"2: (-1)^Inf", kNOne, kPInf, kOne, 0},
-    {"2: (-1)^-Inf", kNOne, kNInf, kOne, 0},
-    {"3: 1^NaN", kOne, kQNaN, kOne, 0},
-    {"3: 1^sNaN", kOne, kSNaN, kOne, 0},
-    {"3: 1^-Inf", kOne, kNInf, kOne, 0},
-    {"4: qNaN^2.5 copied", kQNaN, d(2.5), kQNaN, 0},
-    {"4: sNaN^2.5 copied unquieted", kSNaN, d(2.5), kSNaN, 0},
-    {"4: sNaN^2 copied", kSNaN, d(2.0), kSNaN, 0},
-    {"4: NaN^NaN gives a", kSNaN, kQNaN, kSNaN, 0},
-    {"5: 2^sNaN copied", d(2.0), kSNaN, kSNaN, 0},
-    {"5: -3^qNaN copied", d(-3.0), kQNaN, kQNaN, 0},
-    {"6: 0^-Inf", 0, kNInf, kPInf, 19},
-    {"6: -0^-Inf", kNZero, kNInf, kPInf, 19},
-    {"7: 2^-Inf", d(2.0), kNInf, 0, 0},
-    {"7: -Inf^-Inf", kNInf, kNInf, 0, 0},
-    {"8: -2^Inf", d(-2.0), kPInf, kPInf, 0},
-    {"8: Inf^Inf", kPInf, kPInf, kPInf, 0},
-    {"9: 0.5^-Inf", d(0.5), kNInf, kPInf, 0},
-    {"9: -tiny^-Inf", 0x8000000000000001, kNInf, kPInf, 0},
-    {"10: -0.5^Inf", d(-0.5), kPInf, 0, 0},
-    {"10: 0^Inf", 0, kPInf, 0, 0},
-    {"11: Inf^0.5", kPInf, d(0.5), kPInf, 0},
-    {"11: Inf^tiny", kPInf, 1, kPInf, 0},
-    {"12: Inf^-3", kPInf, d(-3.0), 0, 0},
-    {"13: 0^-1", 0, kNOne, kPInf, 19},
-    {"13: 0^-0.5", 0, d(-0.5), kPInf, 19},
-    {"14: 0^3", 0, d(3.0), 0, 0},
-    {"15: -Inf^3", kNInf, d(3.0), kNInf, 0},
-    {"16: -Inf^2", kNInf, d(2.0), kPInf, 0},
-    {"16: -Inf^0.5", kNInf, d(0.5), kPInf, 0},
-    {"17: -Inf^-3", kNInf, d(-3.0), kNZero, 0},
-    {"18: -Inf^-2", kNInf, d(-2.0), 0, 0},
-    {"18: -Inf^-2.5", kNInf, d(-2.5), 0, 0},
-    {"19: -8^(1/3)", d(-8.0), d(1.0 / 3.0), kDefaultNaN, 19},
-    {"19: -tiny^0.5", 0x8000000000000001, d(0.5), kDefaultNaN, 19},
-    {"19: -max^-1e-300", 0xFFEFFFFFFFFFFFFF, d(-1e-300), kDefaultNaN, 19},
-    {"20: -0^-3", kNZero, d(-3.0), kNInf, 19},
-    {"21: -0^-2", kNZero, d(-2.0), kPInf, 19},
-    {"21: -0^-0.5", kNZero, d(-0.5), kPInf, 19},
-    {"22: -0^3", kNZero, d(3.0), kNZero, 0},
-    {"23: -0^2", kNZero, d(2.0), 0, 0},
-    {"23: -0^0.5", kNZero, d(0.5), 0, 0},
-};
-
-// The same rows through Powx, with x = b.  Where x is 2 (all tiers) or 3 and 4
-// (A26, A50) the shortcut multiplies, and a NaN a comes out quieted.
-uint64_t powx_expected(const Row& r, const std::string& name) {
-  const bool products = name.find("A53") == std::string::npos;
-  const bool shortcut = r.b == d(2.0) || (products && (r.b == d(3.0) || r.b == d(4.0)));
-  if (shortcut && (r.a & 0x7FFFFFFFFFFFFFFF) > kPInf) return r.a | 0x0008000000000000;
-  return r.want;
-}
+Out powx_call(const char* name, const std::vector<U>& a, U x) { return C::powx_call(name, a, x); }
+U powx_expected(const Row& r, const std::string& name) { return C::powx_expected(r, name, "A53"); }
+const std::vector<Row> kSpecialRows = C::special_rows();
 
 TEST(Pow64, SpecialValueRowsAloneAndInsideABlock) {
   for (const char* name : kPow) {

@@ -24,13 +24,7 @@ constexpr Table kTab = {
     .iPathBound = lux::row32(kVectorPathBound),
 };
 
-struct Ceil {
-  using T = double;
-  using V = __m128d;
-  static constexpr uint32_t kExpField = 0x7FF00000;    // exponent field of the high word
-  static constexpr uint32_t kShifterExp = 0x43300000;  // that field in M: x is an integer from here on
-  static __m128i path_mask() { return kTab.iPathMask.pi(); }
-  static __m128i path_bound() { return kTab.iPathBound.pi(); }
+struct Ceil : lux::arith::ShifterLanes64<kTab> {
   static V vec(V x) {
     const V sign = _mm_and_pd(x, kTab.dbSignMask.pd());
     const V m = _mm_or_pd(kTab.dbShifter.pd(), sign);
@@ -43,8 +37,5 @@ struct Ceil {
 
 LUXVM_EXPORT luxStatus luxsCeil_64f(const lux64f* src, lux64f* dst, int len) {
   if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  lux::RoundUpGuard guard;
-  lux::arith::RoundKernel<Ceil> k{src, dst};
-  lux::run_closed<4>(len, k);
-  return luxOk;
+  return lux::arith::run_rounding<Ceil, lux::RoundUpGuard>(src, dst, len);
 }

@@ -26,13 +26,7 @@ constexpr Table kTab = {
     .iPathBound = lux::row32(kVectorPathBound),
 };
 
-struct Floor {
-  using T = double;
-  using V = __m128d;
-  static constexpr uint32_t kExpField = 0x7FF00000;    // exponent field of the high word
-  static constexpr uint32_t kShifterExp = 0x43300000;  // that field in M: x is an integer from here on
-  static __m128i path_mask() { return kTab.iPathMask.pi(); }
-  static __m128i path_bound() { return kTab.iPathBound.pi(); }
+struct Floor : lux::arith::ShifterLanes64<kTab> {
   static V vec(V x) {
     const V g = _mm_or_pd(x, kTab.dbMagnitudeMask.pd());
     const V m = _mm_and_pd(kTab.dbMinusShifter.pd(), g);
@@ -45,8 +39,5 @@ struct Floor {
 
 LUXVM_EXPORT luxStatus luxsFloor_64f(const lux64f* src, lux64f* dst, int len) {
   if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  lux::RoundDownGuard guard;
-  lux::arith::RoundKernel<Floor> k{src, dst};
-  lux::run_closed<4>(len, k);
-  return luxOk;
+  return lux::arith::run_rounding<Floor, lux::RoundDownGuard>(src, dst, len);
 }

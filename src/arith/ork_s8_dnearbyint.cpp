@@ -28,5 +28,5 @@ using NearbyInt = lux::arith::RoundInCallerMode64<kTab>;
 LUXVM_EXPORT luxStatus luxsNearbyInt_64f(const lux64f* src, lux64f* dst, int len) {
   if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
   // The same code as Rint, so the same results and the same flags, inexact included.
-  return lux::arith::run_in_caller_mode<NearbyInt>(src, dst, len);
+  return lux::arith::run_rounding<NearbyInt, lux::arith::CallerMode>(src, dst, len);
 }

@@ -27,5 +27,5 @@ using Rint = lux::arith::RoundInCallerMode64<kTab>;
 
 LUXVM_EXPORT luxStatus luxsRint_64f(const lux64f* src, lux64f* dst, int len) {
   if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  return lux::arith::run_in_caller_mode<Rint>(src, dst, len);
+  return lux::arith::run_rounding<Rint, lux::arith::CallerMode>(src, dst, len);
 }

@@ -24,13 +24,7 @@ constexpr Table kTab = {
     .iPathBound = lux::row32(kVectorPathBound),
 };
 
-struct Ceil {
-  using T = float;
-  using V = __m128;
-  static constexpr uint32_t kExpField = 0x7F800000;    // exponent field of the word
-  static constexpr uint32_t kShifterExp = 0x4B000000;  // that field in M: x is an integer from here on
-  static __m128i path_mask() { return kTab.iPathMask.pi(); }
-  static __m128i path_bound() { return kTab.iPathBound.pi(); }
+struct Ceil : lux::arith::ShifterLanes32<kTab> {
   static V vec(V x) {
     const V sign = _mm_and_ps(x, kTab.flSignMask.ps());
     const V m = _mm_or_ps(kTab.flShifter.ps(), sign);
@@ -43,8 +37,5 @@ struct Ceil {
 
 LUXVM_EXPORT luxStatus luxsCeil_32f(const lux32f* src, lux32f* dst, int len) {
   if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  lux::RoundUpGuard guard;
-  lux::arith::RoundKernel<Ceil> k{src, dst};
-  lux::run_closed<8>(len, k);
-  return luxOk;
+  return lux::arith::run_rounding<Ceil, lux::RoundUpGuard>(src, dst, len);
 }

@@ -26,13 +26,7 @@ constexpr Table kTab = {
     .iPathBound = lux::row32(kVectorPathBound),
 };
 
-struct Floor {
-  using T = float;
-  using V = __m128;
-  static constexpr uint32_t kExpField = 0x7F800000;    // exponent field of the word
-  static constexpr uint32_t kShifterExp = 0x4B000000;  // that field in M: x is an integer from here on
-  static __m128i path_mask() { return kTab.iPathMask.pi(); }
-  static __m128i path_bound() { return kTab.iPathBound.pi(); }
+struct Floor : lux::arith::ShifterLanes32<kTab> {
   static V vec(V x) {
     const V g = _mm_or_ps(x, kTab.flMagnitudeMask.ps());
     const V m = _mm_and_ps(kTab.flMinusShifter.ps(), g);
@@ -45,8 +39,5 @@ struct Floor {
 
 LUXVM_EXPORT luxStatus luxsFloor_32f(const lux32f* src, lux32f* dst, int len) {
   if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  lux::RoundDownGuard guard;
-  lux::arith::RoundKernel<Floor> k{src, dst};
-  lux::run_closed<8>(len, k);
-  return luxOk;
+  return lux::arith::run_rounding<Floor, lux::RoundDownGuard>(src, dst, len);
 }

@@ -25,13 +25,7 @@ constexpr Table kTab = {
     .iPathBound = lux::row32(kVectorPathBound),
 };
 
-struct Modf {
-  using T = float;
-  using V = __m128;
-  static constexpr uint32_t kExpField = 0x7F800000;    // exponent field of the word
-  static constexpr uint32_t kShifterExp = 0x4B000000;  // that field in M: x is an integer from here on
-  static __m128i path_mask() { return kTab.iPathMask.pi(); }
-  static __m128i path_bound() { return kTab.iPathBound.pi(); }
+struct Modf : lux::arith::ShifterLanes32<kTab> {
   static void vec(V x, V* whole, V* frac) {
     const V sign = _mm_and_ps(x, kTab.flSignMask.ps());
     const V a = _mm_andnot_ps(kTab.flSignMask.ps(), x);
@@ -45,8 +39,5 @@ struct Modf {
 
 LUXVM_EXPORT luxStatus luxsModf_32f(const lux32f* src, lux32f* dst1, lux32f* dst2, int len) {
   if (const luxStatus e = lux::check_entry(len, src, dst1, dst2)) return e;
-  lux::RoundTowardZeroGuard guard;
-  lux::arith::ModfKernel<Modf> k{src, dst1, dst2};
-  lux::run_closed<8>(len, k);
-  return luxOk;
+  return lux::arith::run_modf<Modf, lux::RoundTowardZeroGuard>(src, dst1, dst2, len);
 }

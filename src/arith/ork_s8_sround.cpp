@@ -31,13 +31,7 @@ constexpr Table kTab = {
     .iPathBound = lux::row32(kVectorPathBound),
 };
 
-struct Round {
-  using T = float;
-  using V = __m128;
-  static constexpr uint32_t kExpField = 0x7F800000;    // exponent field of the word
-  static constexpr uint32_t kShifterExp = 0x4B000000;  // that field in M: x is an integer from here on
-  static __m128i path_mask() { return kTab.iPathMask.pi(); }
-  static __m128i path_bound() { return kTab.iPathBound.pi(); }
+struct Round : lux::arith::ShifterLanes32<kTab> {
   static V vec(V x) {
     const V sign = _mm_and_ps(x, kTab.flSignMask.ps());
     const V a = _mm_andnot_ps(kTab.flSignMask.ps(), x);
@@ -53,8 +47,5 @@ struct Round {
 
 LUXVM_EXPORT luxStatus luxsRound_32f(const lux32f* src, lux32f* dst, int len) {
   if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  lux::RoundNearestGuard guard;
-  lux::arith::RoundKernel<Round> k{src, dst};
-  lux::run_closed<8>(len, k);
-  return luxOk;
+  return lux::arith::run_rounding<Round, lux::RoundNearestGuard>(src, dst, len);
 }

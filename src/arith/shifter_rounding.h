@@ -159,6 +159,29 @@ struct ModfKernel {
   }
 };
 
+// The element-type half of a unit's family: the exponent fields the lane
+// form tests, and the block-test rows iPathMask, iPathBound of the unit's
+// table kTab.  A unit derives its family from one of these and adds vec().
+template <const auto& kTab>
+struct ShifterLanes64 {
+  using T = double;
+  using V = __m128d;
+  static constexpr uint32_t kExpField = 0x7FF00000;    // exponent field of the high word
+  static constexpr uint32_t kShifterExp = 0x43300000;  // that field in M: x is an integer from here on
+  static __m128i path_mask() { return kTab.iPathMask.pi(); }
+  static __m128i path_bound() { return kTab.iPathBound.pi(); }
+};
+
+template <const auto& kTab>
+struct ShifterLanes32 {
+  using T = float;
+  using V = __m128;
+  static constexpr uint32_t kExpField = 0x7F800000;    // exponent field of the word
+  static constexpr uint32_t kShifterExp = 0x4B000000;  // that field in M: x is an integer from here on
+  static __m128i path_mask() { return kTab.iPathMask.pi(); }
+  static __m128i path_bound() { return kTab.iPathBound.pi(); }
+};
+
 // Rint and NearbyInt (the same code), in the caller's rounding mode: m = M
 // with the sign of x; r = (x + m) - m rounds x in the caller's direction.
 // The result carries the sign of x: under round-down a positive x below 1
@@ -166,13 +189,8 @@ struct ModfKernel {
 // (OR alone keeps that -0 for a positive x; rint gives +0 there).  kTab is
 // the unit's table: the shifter M, the sign mask and the block-test rows.
 template <const auto& kTab>
-struct RoundInCallerMode64 {
-  using T = double;
+struct RoundInCallerMode64 : ShifterLanes64<kTab> {
   using V = __m128d;
-  static constexpr uint32_t kExpField = 0x7FF00000;    // exponent field of the high word
-  static constexpr uint32_t kShifterExp = 0x43300000;  // that field in M: x is an integer from here on
-  static __m128i path_mask() { return kTab.iPathMask.pi(); }
-  static __m128i path_bound() { return kTab.iPathBound.pi(); }
   static V vec(V x) {
     const V sign = _mm_and_pd(x, kTab.dbSignMask.pd());
     const V m = _mm_or_pd(kTab.dbShifter.pd(), sign);
@@ -182,13 +200,8 @@ struct RoundInCallerMode64 {
 };
 
 template <const auto& kTab>
-struct RoundInCallerMode32 {
-  using T = float;
+struct RoundInCallerMode32 : ShifterLanes32<kTab> {
   using V = __m128;
-  static constexpr uint32_t kExpField = 0x7F800000;    // exponent field of the word
-  static constexpr uint32_t kShifterExp = 0x4B000000;  // that field in M: x is an integer from here on
-  static __m128i path_mask() { return kTab.iPathMask.pi(); }
-  static __m128i path_bound() { return kTab.iPathBound.pi(); }
   static V vec(V x) {
     const V sign = _mm_and_ps(x, kTab.flSignMask.ps());
     const V m = _mm_or_ps(kTab.flShifter.ps(), sign);
@@ -197,12 +210,25 @@ struct RoundInCallerMode32 {
   }
 };
 
-// The export body of Rint and NearbyInt after the entry checks.  No guard:
-// the caller's rounding mode is the function.
-template <class F>
-inline luxStatus run_in_caller_mode(const typename F::T* src, typename F::T* dst, int len) {
+// The export bodies after the entry checks: the unit's guard sets the
+// direction the shifter rounds in, then closed blocks of two vectors.
+// CallerMode is no guard: for Rint and NearbyInt the caller's rounding mode
+// is the function.
+struct CallerMode {};
+
+template <class F, class Guard>
+inline luxStatus run_rounding(const typename F::T* src, typename F::T* dst, int len) {
+  [[maybe_unused]] Guard guard;
   RoundKernel<F> k{src, dst};
   run_closed<RoundKernel<F>::kBlock>(len, k);
+  return luxOk;
+}
+
+template <class F, class Guard>
+inline luxStatus run_modf(const typename F::T* src, typename F::T* whole, typename F::T* frac, int len) {
+  [[maybe_unused]] Guard guard;
+  ModfKernel<F> k{src, whole, frac};
+  run_closed<ModfKernel<F>::kBlock>(len, k);
   return luxOk;
 }
 

@@ -1,12 +1,7 @@
 // luxsInv_32f_A21: 1/x from the 12-bit reciprocal estimate and one Newton
 // step, r1 = r * (2 - x * r), which squares the estimate's relative error.
 // max error 2.65 ulp at x = -0x1.31ef7cp-50 (native sweep; estimate-seeded tiers vary by processor)
-#include <stdint.h>
-
-#include "frame/frame.h"
-#include "frame/lanes.h"
-#include "powers/recip_pipeline.h"
-#include "powers/recip_x87.h"
+#include "powers/recip_estimate32.h"
 
 namespace {
 
@@ -17,52 +12,22 @@ constexpr uint32_t kMinNormal = 0x00800000;
 constexpr uint32_t kRangeWidth = 0x7E000000;
 
 struct alignas(16) InvTable {
-  lux::Row32 flTwo = lux::row32(0x40000000);  // 2.0
   lux::Row32 flMinNormal = lux::row32(kMinNormal);
   lux::Row32 flAbsMask = lux::row32(0x7FFFFFFF);
   lux::Row32 flRangeWidth = lux::row32(kRangeWidth);
+  lux::Row32 flTwo = lux::row32(0x40000000);  // 2.0
 };
 constexpr InvTable kTab{};
 
-inline __m128i outside(__m128 x) {
-  const __m128i w = _mm_and_si128(_mm_sub_epi32(lux::as_int(x), kTab.flMinNormal.pi()), kTab.flAbsMask.pi());
-  return _mm_cmpgt_epi32(w, kTab.flRangeWidth.pi());
-}
-
-inline __m128 newton(__m128 x) {
-  const __m128 r = _mm_rcp_ps(x);
-  return _mm_mul_ps(r, _mm_sub_ps(kTab.flTwo.ps(), _mm_mul_ps(x, r)));
-}
-
-struct InvKernel {
-  const float* src;
-  float* dst;
-  lux::CallState<float>& call;
-
-  bool block(int i) {
-    const __m128 x0 = lux::load4(src + i);
-    const __m128 x1 = lux::load4(src + i + 4);
-    const __m128i bad0 = outside(x0);
-    lux::store4(dst + i, newton(x0));
-    const __m128i bad1 = outside(x1);
-    const __m128 r1 = newton(x1);
-    if (_mm_movemask_ps(lux::as_ps(_mm_or_si128(bad0, bad1))) != 0) return false;
-    lux::store4(dst + i + 4, r1);
-    return true;
+// _orksInv_21_scalar runs the vector arithmetic on one lane.
+struct Newton {
+  static __m128 vec(__m128 x) {
+    const __m128 r = _mm_rcp_ps(x);
+    return _mm_mul_ps(r, _mm_sub_ps(kTab.flTwo.ps(), _mm_mul_ps(x, r)));
   }
-
-  // _orksInv_21_scalar: the vector arithmetic on one lane strictly inside
-  // [2^-126, 2^126), the x87 division elsewhere (2^126 itself is divided).
-  void lane(int i) {
-    const uint32_t mag = __builtin_bit_cast(uint32_t, src[i]) & 0x7FFFFFFF;
-    if (mag - kMinNormal < kRangeWidth) {
-      const __m128 x = lux::load1(src + i);
-      const __m128 r = _mm_rcp_ss(x);
-      lux::store1(dst + i, _mm_mul_ss(r, _mm_sub_ss(kTab.flTwo.ps(), _mm_mul_ss(x, r))));
-      return;
-    }
-    lux::x87_inv_to_f32(dst + i, src + i);
-    if (mag == 0) call.warn(luxWarnSingularity, i);
+  static __m128 one(__m128 x) {
+    const __m128 r = _mm_rcp_ss(x);
+    return _mm_mul_ss(r, _mm_sub_ss(kTab.flTwo.ps(), _mm_mul_ss(x, r)));
   }
 };
 
@@ -70,9 +35,5 @@ struct InvKernel {
 
 LUXVM_EXPORT luxStatus luxsInv_32f_A21(const lux32f* src, lux32f* dst, int len) {
   if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  lux::RoundNearestGuard guard;
-  lux::CallState<lux32f> call(src, src, dst, dst);
-  InvKernel k{src, dst, call};
-  lux::run_pipelined_realigning<lux32f>(src, nullptr, dst, len, k);
-  return call.status();
+  return lux::recip::run_inv_estimate<kTab, Newton>(src, dst, len);
 }

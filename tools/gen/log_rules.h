@@ -15,6 +15,8 @@
 #include <string>
 #include <vector>
 
+#include "gen/gen_common.h"
+
 namespace loggen {
 
 using Row = std::array<uint64_t, 3>;
@@ -53,16 +55,7 @@ class Big {
   mpfr_t v_;
 };
 
-inline uint64_t bits_of(double d) {
-  uint64_t b;
-  std::memcpy(&b, &d, 8);
-  return b;
-}
-inline uint32_t bits_of(float f) {
-  uint32_t b;
-  std::memcpy(&b, &f, 4);
-  return b;
-}
+using gen::bits_of;
 inline double double_of(uint64_t b) {
   double d;
   std::memcpy(&d, &b, 8);

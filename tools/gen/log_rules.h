@@ -56,16 +56,7 @@ class Big {
 };
 
 using gen::bits_of;
-inline double double_of(uint64_t b) {
-  double d;
-  std::memcpy(&d, &b, 8);
-  return d;
-}
-inline float float_of(uint32_t b) {
-  float f;
-  std::memcpy(&f, &b, 4);
-  return f;
-}
+using gen::double_of;
 
 // Nearest binary64 / binary32 (all values here are normal or zero).
 // A zero is stored as +0 (-ln 1 comes out as -0 in MPFR).

@@ -18,7 +18,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <string>
 
 #include "gen/gen_common.h"
 
@@ -136,24 +135,12 @@ void print_sexp() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::string what = argc > 1 ? argv[1] : "";
-  if (what == "r1024")
-    print_r(1024);
-  else if (what == "r64")
-    print_r(64);
-  else if (what == "l1024")
-    print_l(1024);
-  else if (what == "l64")
-    print_l(64);
-  else if (what == "dexp")
-    print_dexp();
-  else if (what == "slog")
-    print_slog();
-  else if (what == "sexp")
-    print_sexp();
-  else {
-    std::fprintf(stderr, "usage: gen_pow_tables r1024|r64|l1024|l64|dexp|slog|sexp\n");
-    return 2;
-  }
-  return 0;
+  return gen::run_command(argc, argv, "gen_pow_tables r1024|r64|l1024|l64|dexp|slog|sexp",
+                          {{"r1024", [] { print_r(1024); }},
+                           {"r64", [] { print_r(64); }},
+                           {"l1024", [] { print_l(1024); }},
+                           {"l64", [] { print_l(64); }},
+                           {"dexp", print_dexp},
+                           {"slog", print_slog},
+                           {"sexp", print_sexp}});
 }

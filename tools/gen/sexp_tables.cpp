@@ -64,13 +64,5 @@ void print_la() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc == 2 && std::strcmp(argv[1], "ha") == 0) {
-    print_ha();
-  } else if (argc == 2 && std::strcmp(argv[1], "la") == 0) {
-    print_la();
-  } else {
-    std::fprintf(stderr, "usage: gen_sexp_tables ha|la\n");
-    return 2;
-  }
-  return 0;
+  return gen::run_command(argc, argv, "gen_sexp_tables ha|la", {{"ha", print_ha}, {"la", print_la}});
 }

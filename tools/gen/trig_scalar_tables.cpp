@@ -194,14 +194,6 @@ void print_tan() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc == 2 && std::strcmp(argv[1], "sincos") == 0) {
-    print_sincos();
-    return 0;
-  }
-  if (argc == 2 && std::strcmp(argv[1], "tan") == 0) {
-    print_tan();
-    return 0;
-  }
-  std::fprintf(stderr, "usage: gen_trig_scalar_tables sincos|tan\n");
-  return 2;
+  return gen::run_command(argc, argv, "gen_trig_scalar_tables sincos|tan",
+                          {{"sincos", print_sincos}, {"tan", print_tan}});
 }

@@ -1,7 +1,7 @@
-// Exp on binary32: the 2^(j/128) tables against their rule, directed special
-// values per tier, statuses and flags, lane independence across the vector
-// path and the lane routine, in-place calls, tails, and accuracy against MPFR
-// (plus, natively, every float of [-104, 89]).
+// Exp on binary32: directed special values per tier, statuses and flags, lane
+// independence across the vector path and the lane routine, in-place calls,
+// tails, and accuracy against MPFR (plus, natively, every float of
+// [-104, 89]).  Its tables are checked in exp_tables_test.cpp.
 #include <mpfr.h>
 
 #include <chrono>
@@ -20,52 +20,6 @@ using luxtk::kInexact;
 using luxtk::kInvalid;
 using luxtk::kOverflow;
 using luxtk::kUnderflow;
-
-// ---------------------------------------------------------------------------
-// Tables.
-
-constexpr uint32_t kHaTable[128][2] = {
-#include "exp_log/sexp_ha_table.inc"
-};
-constexpr uint32_t kLaTable[128][2] = {
-#include "exp_log/sexp_la_table.inc"
-};
-
-uint32_t float_bits_of(mpfr_srcptr v) {
-  const float f = mpfr_get_flt(v, MPFR_RNDN);
-  uint32_t b;
-  std::memcpy(&b, &f, 4);
-  return b;
-}
-
-TEST(Exp32Tables, EqualTheirRule) {
-  mpfr_t v, h, e;
-  mpfr_inits2(300, v, e, (mpfr_ptr)0);
-  mpfr_init2(h, 24);
-  for (int j = 0; j < 128; ++j) {
-    mpfr_set_si_2exp(v, j, -7, MPFR_RNDN);
-    mpfr_exp2(v, v, MPFR_RNDN);
-    mpfr_set(h, v, MPFR_RNDZ);  // truncated to 24 significant bits
-    mpfr_sub(e, v, h, MPFR_RNDN);
-    mpfr_div(e, e, h, MPFR_RNDN);
-    EXPECT_EQ(kHaTable[j][0], float_bits_of(h)) << "H, j = " << j;
-    EXPECT_EQ(kHaTable[j][1], float_bits_of(e)) << "E, j = " << j;
-    mpfr_set(e, v, MPFR_RNDN);
-    EXPECT_EQ(kLaTable[j][0], float_bits_of(e) & 0x007FFFFFu) << "LA, j = " << j;
-    EXPECT_EQ(kLaTable[j][1], 0u);
-  }
-  mpfr_clears(v, h, e, (mpfr_ptr)0);
-}
-
-TEST(Exp32Tables, HoldTheQuotedRows) {
-  EXPECT_EQ(kHaTable[1][0], 0x3F80B1EDu);
-  EXPECT_EQ(kHaTable[1][1], 0x331ED669u);
-  EXPECT_EQ(kHaTable[127][0], 0x3FFE9E11u);
-  EXPECT_EQ(kHaTable[127][1], 0x32B9F83Cu);
-  EXPECT_EQ(kHaTable[2][0], 0x3F8164D1u);  // truncated ...
-  EXPECT_EQ(kLaTable[1][0], 0x0000B1EDu);
-  EXPECT_EQ(kLaTable[2][0], 0x000164D2u);  // ... where LA rounds up
-}
 
 // ---------------------------------------------------------------------------
 // Calls on raw encodings (a float copied through the x87 stack would lose a

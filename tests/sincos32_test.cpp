@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "scalar/trig_scalar.h"
+#include "sincos_cases.h"
 #include "support/testing.h"
 
 namespace {
@@ -52,34 +53,9 @@ std::vector<float> block_with(float x, int at) {
 TEST(SinCos32, InfinityStoresDefaultNanAndWarnsNanPassesQuietly) {
   for (const char* name : kAll) {
     SCOPED_TRACE(name);
-    // In a full block (call-out for the block) and in the tail.
-    for (int len : {8, 11}) {
-      std::vector<float> in(len, 0.5f);
-      in[2] = f32(0x7F800000);
-      in[len - 1] = f32(0xFF800000);
-      const auto r = call_unary(name, in);
-      EXPECT_EQ(r.status, luxWarnDomain);
-      EXPECT_TRUE(r.flags & luxtk::kInvalid);
-      EXPECT_EQ(bits(r.out[2]), 0xFFC00000u);
-      EXPECT_EQ(bits(r.out[len - 1]), 0xFFC00000u);
-    }
-    // A quiet NaN comes back as itself with no status and no invalid flag;
-    // a signalling one comes back quieted, raising invalid only.
-    for (int len : {8, 3}) {
-      std::vector<float> in(len, 0.25f);
-      in[1] = f32(0x7FC12345);
-      in[0] = f32(0xFFC00001);
-      auto r = call_unary(name, in);
-      EXPECT_EQ(r.status, luxOk);
-      EXPECT_FALSE(r.flags & luxtk::kInvalid);
-      EXPECT_EQ(bits(r.out[1]), 0x7FC12345u);
-      EXPECT_EQ(bits(r.out[0]), 0xFFC00001u);
-      in[1] = f32(0x7F812345);
-      r = call_unary(name, in);
-      EXPECT_EQ(r.status, luxOk);
-      EXPECT_TRUE(r.flags & luxtk::kInvalid);
-      EXPECT_EQ(bits(r.out[1]), 0x7FC12345u);
-    }
+    // +Inf at lane 2, -Inf last, in a full block (call-out for the block) and
+    // in the tail; NaNs in a block and in a tail.
+    sincostest::expect_infinities_and_nans<float>(name, {8, 11}, 2, false, {8, 3});
   }
 }
 
@@ -135,7 +111,8 @@ TEST(SinCos32, LimitsDecideTheBlockPath) {
       in[2] = probe;
       const auto r = call_unary(name, in);
       const bool stays = std::fabs(edge) <= lim;
-      EXPECT_EQ(bits(r.out[2]), bits(stays ? call_unary(name, std::vector<float>{probe}).out[0] : call_out(n, probe)))
+      EXPECT_EQ(bits(r.out[2]),
+                bits(stays ? call_unary(name, std::vector<float>{probe}).out[0] : call_out(n, probe)))
           << "edge " << luxtk::hexfloat(edge);
       EXPECT_EQ(r.status, luxOk);
     }

@@ -12,7 +12,9 @@
 #include <string>
 #include <vector>
 
+#include "gen/gen_common.h"
 #include "scalar/trig_scalar.h"
+#include "sincos_cases.h"
 #include "support/testing.h"
 
 namespace {
@@ -59,15 +61,6 @@ struct Exact {
   ~Exact() { mpfr_clears(s, c, (mpfr_ptr)0); }
 };
 
-double rounded(mpfr_srcptr v, mpfr_prec_t p) {
-  mpfr_t t;
-  mpfr_init2(t, p);
-  mpfr_set(t, v, MPFR_RNDN);
-  const double d = mpfr_get_d(t, MPFR_RNDN);
-  mpfr_clear(t);
-  return d;
-}
-
 void expect_entries_follow_rule(const Entry* table, long count, long steps, int quarter) {
   mpfr_t d;
   mpfr_init2(d, 300);
@@ -88,10 +81,10 @@ void expect_entries_follow_rule(const Entry* table, long count, long steps, int 
       EXPECT_GE(mpfr_cmp_d(d, 0.75 * std::fabs(ch)), 0);      // |cos a| >= 0.75 CosHead
     }
     mpfr_sub_d(d, e.c, ch, MPFR_RNDN);
-    EXPECT_EQ(f64(t.cos_tail), rounded(d, 53));
-    EXPECT_EQ(f64(t.sin_head), rounded(e.s, 53));
+    EXPECT_EQ(f64(t.cos_tail), gen::round_to(d, 53));
+    EXPECT_EQ(f64(t.sin_head), gen::round_to(e.s, 53));
     mpfr_sub_d(d, e.s, f64(t.sin_head), MPFR_RNDN);
-    EXPECT_EQ(f64(t.sin_tail), rounded(d, 24));
+    EXPECT_EQ(f64(t.sin_tail), gen::round_to(d, 24));
   }
   mpfr_clear(d);
 }
@@ -108,8 +101,8 @@ TEST(SinCos64Tables, FollowTheirRule) {
   expect_entries_follow_rule(kLaCos, 64, 32, 1);
   for (long k = 0; k < 64; ++k) {
     const Exact e(k, 32, 0);
-    EXPECT_EQ(f64(kEp[k][0]), rounded(e.c, 53)) << k;
-    EXPECT_EQ(f64(kEp[k][1]), rounded(e.s, 53)) << k;
+    EXPECT_EQ(f64(kEp[k][0]), gen::round_to(e.c, 53)) << k;
+    EXPECT_EQ(f64(kEp[k][1]), gen::round_to(e.s, 53)) << k;
   }
 }
 
@@ -160,31 +153,9 @@ std::vector<double> block_with(double x, int at) {
 TEST(SinCos64, InfinityStoresDefaultNanAndWarnsNanPassesQuietly) {
   for (const char* name : kAll) {
     SCOPED_TRACE(name);
-    for (int len : {4, 7}) {
-      std::vector<double> in(len, 0.5);
-      in[1] = f64(0xFFF0000000000000u);
-      in[len - 1] = f64(0x7FF0000000000000u);
-      const auto r = call_unary(name, in);
-      EXPECT_EQ(r.status, luxWarnDomain);
-      EXPECT_TRUE(r.flags & luxtk::kInvalid);
-      EXPECT_EQ(bits(r.out[1]), 0xFFF8000000000000u);
-      EXPECT_EQ(bits(r.out[len - 1]), 0xFFF8000000000000u);
-    }
-    for (int len : {4, 2}) {
-      std::vector<double> in(len, 0.25);
-      in[1] = f64(0x7FF8000000012345u);
-      in[0] = f64(0xFFF8000000000001u);
-      auto r = call_unary(name, in);
-      EXPECT_EQ(r.status, luxOk);
-      EXPECT_FALSE(r.flags & luxtk::kInvalid);
-      EXPECT_EQ(bits(r.out[1]), 0x7FF8000000012345u);
-      EXPECT_EQ(bits(r.out[0]), 0xFFF8000000000001u);
-      in[1] = f64(0x7FF0000000012345u);
-      r = call_unary(name, in);
-      EXPECT_EQ(r.status, luxOk);
-      EXPECT_TRUE(r.flags & luxtk::kInvalid);
-      EXPECT_EQ(bits(r.out[1]), 0x7FF8000000012345u);
-    }
+    // -Inf at lane 1, +Inf last, in a full block and in the tail; NaNs in a
+    // block and in a tail.
+    sincostest::expect_infinities_and_nans<double>(name, {4, 7}, 1, true, {4, 2});
   }
 }
 

@@ -1,7 +1,8 @@
 // Frame pieces of the real logarithm units (Ln, Log10) that the generic
 // drivers of frame/frame.h do not cover: the loop that, after a failed block,
 // takes lanes one at a time only until the remaining count is a multiple of
-// the block again, and the x87 FYL2X lane helpers of the fallbacks.
+// the block again, the export body every tier runs, and the x87 FYL2X lane
+// helpers of the fallbacks.
 #pragma once
 
 #include <pmmintrin.h>
@@ -32,6 +33,26 @@ inline void run_block_resume(int len, K& k) {
     while ((len - i) % Block != 0);
   }
   while (i < len) k.lane(i++);
+}
+
+// The export body of every tier: entry checks, round-to-nearest for the call,
+// the status latch, and the tier's block loop over its kernel.  kRedo sends a
+// failed block's lanes through the lane routine (run_block_redo); kResume
+// goes lane by lane only until the remaining count is a multiple of the block
+// (run_block_resume).
+enum class BlockLoop { kRedo, kResume };
+
+template <class Kernel, int Block, BlockLoop Loop, class Elem, class Table>
+inline luxStatus run_export(const Table& t, const Elem* src, Elem* dst, int len) {
+  if (const luxStatus e = check_entry(len, src, dst)) return e;
+  RoundNearestGuard guard;
+  CallState<Elem> call(src, src, dst, dst);
+  Kernel k{src, dst, call, t};
+  if constexpr (Loop == BlockLoop::kResume)
+    run_block_resume<Block>(len, k);
+  else
+    run_block_redo<Block>(len, k);
+  return call.status();
 }
 
 // Table gathers: one word of each lane's row, as raw bits (no floating-point

@@ -111,15 +111,10 @@ struct DLaKernel {
     warn_x87_lane(call, i, hi, lo);
   }
 
+  // After a failed block, lanes go through the scalar routine only until the
+  // remaining count is a multiple of 4; the tail too.
   static luxStatus run(const typename Unit::Table& t, const lux64f* src, lux64f* dst, int len) {
-    if (const luxStatus e = check_entry(len, src, dst)) return e;
-    RoundNearestGuard guard;
-    CallState<lux64f> call(src, src, dst, dst);
-    DLaKernel k{src, dst, call, t};
-    // After a failed block, lanes go through the scalar routine only until the
-    // remaining count is a multiple of 4; the tail too.
-    run_block_resume<4>(len, k);
-    return call.status();
+    return run_export<DLaKernel, 4, BlockLoop::kResume>(t, src, dst, len);
   }
 };
 
@@ -219,14 +214,9 @@ struct DHaKernel {
   }
   void tail(int i) { lane(i); }
 
+  // A failed block runs its four lanes through the scalar routine; so does the tail.
   static luxStatus run(const typename Unit::Table& t, const lux64f* src, lux64f* dst, int len) {
-    if (const luxStatus e = check_entry(len, src, dst)) return e;
-    RoundNearestGuard guard;
-    CallState<lux64f> call(src, src, dst, dst);
-    DHaKernel k{src, dst, call, t};
-    // A failed block runs its four lanes through the scalar routine; so does the tail.
-    run_block_redo<4>(len, k);
-    return call.status();
+    return run_export<DHaKernel, 4, BlockLoop::kRedo>(t, src, dst, len);
   }
 };
 
@@ -297,12 +287,7 @@ struct SPolyKernel {
   }
 
   static luxStatus run(const typename Unit::Table& t, const lux32f* src, lux32f* dst, int len) {
-    if (const luxStatus e = check_entry(len, src, dst)) return e;
-    RoundNearestGuard guard;
-    CallState<lux32f> call(src, src, dst, dst);
-    SPolyKernel k{src, dst, call, t};
-    run_block_redo<8>(len, k);
-    return call.status();
+    return run_export<SPolyKernel, 8, BlockLoop::kRedo>(t, src, dst, len);
   }
 };
 
@@ -370,15 +355,10 @@ struct SLaKernel {
     warn_x87_lane(call, i, b);
   }
 
+  // After a failed block, lanes go through the scalar routine until the
+  // remaining count is a multiple of 4; the tail too.
   static luxStatus run(const typename Unit::Table& t, const lux32f* src, lux32f* dst, int len) {
-    if (const luxStatus e = check_entry(len, src, dst)) return e;
-    RoundNearestGuard guard;
-    CallState<lux32f> call(src, src, dst, dst);
-    SLaKernel k{src, dst, call, t};
-    // After a failed block, lanes go through the scalar routine until the
-    // remaining count is a multiple of 4; the tail too.
-    run_block_resume<4>(len, k);
-    return call.status();
+    return run_export<SLaKernel, 4, BlockLoop::kResume>(t, src, dst, len);
   }
 };
 

@@ -8,11 +8,11 @@
 // 1 + r·(1 + r/2) (r³/6 < 3.4e-9); a few roundings more than A24.
 // Blocks of 8 stay on the vector path when every |x| is below the main-path
 // bound; a block with any other lane, and the tail, go lane by lane through
-// the lane routine of sexp_scalar.h.
+// the lane routine (lux::sexp::Kernel, exp_log/sexp_lanes.h).
 #include <pmmintrin.h>
 #include <stdint.h>
 
-#include "exp_log/sexp_scalar.h"
+#include "exp_log/sexp_lanes.h"
 #include "frame/frame.h"
 #include "frame/lanes.h"
 
@@ -68,82 +68,44 @@ constexpr ExpTable kExpTable = {
         },
 };
 
-using lux::as_int;
 using lux::as_ps;
 
-// The main formula on four lanes, up to p = e^r and W = 2^k·2^(j/128).
-struct LaParts {
-  __m128 p;
-  __m128i w;
-};
+// The main formula on four lanes: p = e^r, then p·W with W = 2^k·2^(j/128)
+// the exponent field ORed with the row's fraction field Fj.
+struct Tier {
+  using Table = ExpTable;
 
-inline LaParts exp_la4(__m128 x, const ExpTable& T) {
-  const __m128 t = _mm_add_ps(_mm_mul_ps(x, T.flR.ps()), T.flShifter.ps());
-  const __m128 nf = _mm_sub_ps(t, T.flShifter.ps());
-  const __m128 r = _mm_sub_ps(_mm_sub_ps(x, _mm_mul_ps(nf, T.flL1.ps())), _mm_mul_ps(nf, T.flL2.ps()));
-  // bits(t) = bits(S) + N, and bits(S) has its low 20 bits clear.
-  const __m128i tb = as_int(t);
-  const __m128i j = _mm_and_si128(tb, T.flLowSeven.pi());
-  const __m128i e = _mm_slli_epi32(_mm_add_epi32(_mm_srli_epi32(tb, 7), T.flBias.pi()), 23);
-  const auto* rows = T.sExp_LA_Table;
-  const __m128i f =
-      _mm_setr_epi32(int32_t(rows[_mm_cvtsi128_si32(j)][0]), int32_t(rows[_mm_extract_epi16(j, 2)][0]),
-                     int32_t(rows[_mm_extract_epi16(j, 4)][0]), int32_t(rows[_mm_extract_epi16(j, 6)][0]));
-  const __m128 p =
-      _mm_add_ps(_mm_mul_ps(_mm_add_ps(_mm_mul_ps(T.flHalf.ps(), r), T.flOne.ps()), r), T.flOne.ps());
-  return {p, _mm_or_si128(e, f)};
-}
-
-// The same formula on lane 0 in scalar operations, with the product split
-// when k = 128 (x in [88.7201, 88.7228)): 2^128 has no exponent field, so
-// p·2^127 first, then ·2·2^(j/128), whose exponent field is that of 2.
-inline __m128 exp_la_lane(__m128 x, const ExpTable& T) {
-  const __m128 t = _mm_add_ss(_mm_mul_ss(x, T.flR.ps()), T.flShifter.ps());
-  const __m128 nf = _mm_sub_ss(t, T.flShifter.ps());
-  const __m128 r = _mm_sub_ss(_mm_sub_ss(x, _mm_mul_ss(nf, T.flL1.ps())), _mm_mul_ss(nf, T.flL2.ps()));
-  const uint32_t tb = lux::sexp::lane_bits(t);
-  const uint32_t f = T.sExp_LA_Table[tb & 0x7F][0];
-  const uint32_t e = ((tb >> 7) + 0x7F) << 23;
-  const __m128 p =
-      _mm_add_ss(_mm_mul_ss(_mm_add_ss(_mm_mul_ss(T.flHalf.ps(), r), T.flOne.ps()), r), T.flOne.ps());
-  if ((e & 0x7F800000) == 0x7F800000) {
-    const __m128 two_j = as_ps(_mm_cvtsi32_si128(int32_t(0x40000000 | f)));
-    return _mm_mul_ss(_mm_mul_ss(p, T.flTwo127.ps()), two_j);
+  static __m128 quad(__m128 x, const ExpTable& T) {
+    const lux::sexp::Reduced4 s = lux::sexp::reduce4(x, T);
+    const __m128 r = s.r;
+    const auto* rows = T.sExp_LA_Table;
+    const __m128i f = _mm_setr_epi32(
+        int32_t(rows[_mm_cvtsi128_si32(s.j)][0]), int32_t(rows[_mm_extract_epi16(s.j, 2)][0]),
+        int32_t(rows[_mm_extract_epi16(s.j, 4)][0]), int32_t(rows[_mm_extract_epi16(s.j, 6)][0]));
+    const __m128 p =
+        _mm_add_ps(_mm_mul_ps(_mm_add_ps(_mm_mul_ps(T.flHalf.ps(), r), T.flOne.ps()), r), T.flOne.ps());
+    return _mm_mul_ps(p, as_ps(_mm_or_si128(s.e, f)));
   }
-  return _mm_mul_ss(p, as_ps(_mm_cvtsi32_si128(int32_t(e | f))));
-}
 
-struct ExpKernel {
-  const float* src;
-  float* dst;
-  lux::CallState<lux32f>& call;
-  const ExpTable& T;
-
-  bool block(int i) {
-    const __m128 x0 = lux::load4(src + i);
-    const __m128 x1 = lux::load4(src + i + 4);
-    if (!(lux::all_below(as_int(x0), lux::sexp::kMainPathBound, 4) &
-          lux::all_below(as_int(x1), lux::sexp::kMainPathBound, 4)))
-      return false;
-    const LaParts a = exp_la4(x0, T);
-    const LaParts b = exp_la4(x1, T);
-    lux::store4(dst + i, _mm_mul_ps(a.p, as_ps(a.w)));
-    lux::store4(dst + i + 4, _mm_mul_ps(b.p, as_ps(b.w)));
-    return true;
+  // The same formula on lane 0 in scalar operations, with the product split
+  // when k = 128 (x in [88.7201, 88.7228)): 2^128 has no exponent field, so
+  // p·2^127 first, then ·2·2^(j/128), whose exponent field is that of 2.
+  static __m128 single(__m128 x, const ExpTable& T) {
+    const lux::sexp::Reduced1 s = lux::sexp::reduce1(x, T);
+    const __m128 r = s.r;
+    const uint32_t f = T.sExp_LA_Table[s.j][0];
+    const __m128 p =
+        _mm_add_ss(_mm_mul_ss(_mm_add_ss(_mm_mul_ss(T.flHalf.ps(), r), T.flOne.ps()), r), T.flOne.ps());
+    if ((s.e & 0x7F800000) == 0x7F800000) {
+      const __m128 two_j = as_ps(_mm_cvtsi32_si128(int32_t(0x40000000 | f)));
+      return _mm_mul_ss(_mm_mul_ss(p, T.flTwo127.ps()), two_j);
+    }
+    return _mm_mul_ss(p, as_ps(_mm_cvtsi32_si128(int32_t(s.e | f))));
   }
-  void lane(int i) {
-    lux::sexp::scalar_exp(src, dst, i, call, T, [this](__m128 x) { return exp_la_lane(x, T); });
-  }
-  void tail(int i) { lane(i); }
 };
 
 }  // namespace
 
 LUXVM_EXPORT luxStatus luxsExp_32f_A21(const lux32f* src, lux32f* dst, int len) {
-  if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  lux::RoundNearestGuard guard;
-  lux::CallState<lux32f> call(src, src, dst, dst);
-  ExpKernel k{src, dst, call, kExpTable};
-  lux::run_block_redo<8>(len, k);
-  return call.status();
+  return lux::sexp::Kernel<Tier>::run(kExpTable, src, dst, len);
 }

@@ -8,11 +8,11 @@
 // correction; e^r = 1 + r + r²/2 (r³/6 < 3.4e-9, a twentieth of an ulp).
 // Blocks of 8 stay on the vector path when every |x| is below the main-path
 // bound; a block with any other lane, and the tail, go lane by lane through
-// the lane routine of sexp_scalar.h.
+// the lane routine (lux::sexp::Kernel, exp_log/sexp_lanes.h).
 #include <pmmintrin.h>
 #include <stdint.h>
 
-#include "exp_log/sexp_scalar.h"
+#include "exp_log/sexp_lanes.h"
 #include "frame/frame.h"
 #include "frame/lanes.h"
 
@@ -68,84 +68,47 @@ constexpr ExpTable kExpTable = {
         },
 };
 
-using lux::as_int;
 using lux::as_ps;
 
-// The main formula on four lanes, up to w = 2^(j/128)·e^r and E = 2^k.
-struct HaParts {
-  __m128 w;
-  __m128i e;
-};
+// The main formula on four lanes: w = 2^(j/128)·e^r from the row (Hj, Ej),
+// then w·2^k with 2^k as the exponent field e.
+struct Tier {
+  using Table = ExpTable;
 
-inline HaParts exp_ha4(__m128 x, const ExpTable& T) {
-  const __m128 t = _mm_add_ps(_mm_mul_ps(x, T.flR.ps()), T.flShifter.ps());
-  const __m128 nf = _mm_sub_ps(t, T.flShifter.ps());
-  const __m128 r = _mm_sub_ps(_mm_sub_ps(x, _mm_mul_ps(nf, T.flL1.ps())), _mm_mul_ps(nf, T.flL2.ps()));
-  // bits(t) = bits(S) + N, and bits(S) has its low 20 bits clear.
-  const __m128i tb = as_int(t);
-  const __m128i j = _mm_and_si128(tb, T.flLowSeven.pi());
-  const __m128i e = _mm_slli_epi32(_mm_add_epi32(_mm_srli_epi32(tb, 7), T.flBias.pi()), 23);
-  const auto row = [&T](int jj) {
-    return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(T.sExp_HA_Table[jj]));
-  };
-  const __m128 r01 = as_ps(_mm_unpacklo_epi64(row(_mm_cvtsi128_si32(j)), row(_mm_extract_epi16(j, 2))));
-  const __m128 r23 = as_ps(_mm_unpacklo_epi64(row(_mm_extract_epi16(j, 4)), row(_mm_extract_epi16(j, 6))));
-  const __m128 h = _mm_shuffle_ps(r01, r23, _MM_SHUFFLE(2, 0, 2, 0));
-  const __m128 ej = _mm_shuffle_ps(r01, r23, _MM_SHUFFLE(3, 1, 3, 1));
-  const __m128 v = _mm_add_ps(_mm_mul_ps(T.flHalf.ps(), _mm_mul_ps(r, r)), _mm_add_ps(ej, r));
-  const __m128 w = _mm_add_ps(_mm_mul_ps(v, h), h);
-  return {w, e};
-}
-
-// The same formula on lane 0 in scalar operations, with the product split
-// when k = 128 (x in [88.7201, 88.7228)): 2^128 has no exponent field, so
-// w·2^127 first, then ·2.
-inline __m128 exp_ha_lane(__m128 x, const ExpTable& T) {
-  const __m128 t = _mm_add_ss(_mm_mul_ss(x, T.flR.ps()), T.flShifter.ps());
-  const __m128 nf = _mm_sub_ss(t, T.flShifter.ps());
-  const __m128 r = _mm_sub_ss(_mm_sub_ss(x, _mm_mul_ss(nf, T.flL1.ps())), _mm_mul_ss(nf, T.flL2.ps()));
-  const uint32_t tb = lux::sexp::lane_bits(t);
-  const uint32_t* row = T.sExp_HA_Table[tb & 0x7F];
-  const uint32_t e = ((tb >> 7) + 0x7F) << 23;
-  const __m128 h = as_ps(_mm_cvtsi32_si128(int32_t(row[0])));
-  const __m128 ej = as_ps(_mm_cvtsi32_si128(int32_t(row[1])));
-  const __m128 v = _mm_add_ss(_mm_mul_ss(T.flHalf.ps(), _mm_mul_ss(r, r)), _mm_add_ss(ej, r));
-  const __m128 w = _mm_add_ss(_mm_mul_ss(v, h), h);
-  if ((e & 0x7F800000) == 0x7F800000) return _mm_mul_ss(_mm_mul_ss(w, T.flTwo127.ps()), T.flTwo.ps());
-  return _mm_mul_ss(w, as_ps(_mm_cvtsi32_si128(int32_t(e))));
-}
-
-struct ExpKernel {
-  const float* src;
-  float* dst;
-  lux::CallState<lux32f>& call;
-  const ExpTable& T;
-
-  bool block(int i) {
-    const __m128 x0 = lux::load4(src + i);
-    const __m128 x1 = lux::load4(src + i + 4);
-    if (!(lux::all_below(as_int(x0), lux::sexp::kMainPathBound, 4) &
-          lux::all_below(as_int(x1), lux::sexp::kMainPathBound, 4)))
-      return false;
-    const HaParts a = exp_ha4(x0, T);
-    const HaParts b = exp_ha4(x1, T);
-    lux::store4(dst + i, _mm_mul_ps(a.w, as_ps(a.e)));
-    lux::store4(dst + i + 4, _mm_mul_ps(b.w, as_ps(b.e)));
-    return true;
+  static __m128 quad(__m128 x, const ExpTable& T) {
+    const lux::sexp::Reduced4 s = lux::sexp::reduce4(x, T);
+    const __m128 r = s.r;
+    const auto row = [&T](int jj) {
+      return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(T.sExp_HA_Table[jj]));
+    };
+    const __m128 r01 = as_ps(_mm_unpacklo_epi64(row(_mm_cvtsi128_si32(s.j)), row(_mm_extract_epi16(s.j, 2))));
+    const __m128 r23 =
+        as_ps(_mm_unpacklo_epi64(row(_mm_extract_epi16(s.j, 4)), row(_mm_extract_epi16(s.j, 6))));
+    const __m128 h = _mm_shuffle_ps(r01, r23, _MM_SHUFFLE(2, 0, 2, 0));
+    const __m128 ej = _mm_shuffle_ps(r01, r23, _MM_SHUFFLE(3, 1, 3, 1));
+    const __m128 v = _mm_add_ps(_mm_mul_ps(T.flHalf.ps(), _mm_mul_ps(r, r)), _mm_add_ps(ej, r));
+    const __m128 w = _mm_add_ps(_mm_mul_ps(v, h), h);
+    return _mm_mul_ps(w, as_ps(s.e));
   }
-  void lane(int i) {
-    lux::sexp::scalar_exp(src, dst, i, call, T, [this](__m128 x) { return exp_ha_lane(x, T); });
+
+  // The same formula on lane 0 in scalar operations, with the product split
+  // when k = 128 (x in [88.7201, 88.7228)): 2^128 has no exponent field, so
+  // w·2^127 first, then ·2.
+  static __m128 single(__m128 x, const ExpTable& T) {
+    const lux::sexp::Reduced1 s = lux::sexp::reduce1(x, T);
+    const __m128 r = s.r;
+    const uint32_t* row = T.sExp_HA_Table[s.j];
+    const __m128 h = as_ps(_mm_cvtsi32_si128(int32_t(row[0])));
+    const __m128 ej = as_ps(_mm_cvtsi32_si128(int32_t(row[1])));
+    const __m128 v = _mm_add_ss(_mm_mul_ss(T.flHalf.ps(), _mm_mul_ss(r, r)), _mm_add_ss(ej, r));
+    const __m128 w = _mm_add_ss(_mm_mul_ss(v, h), h);
+    if ((s.e & 0x7F800000) == 0x7F800000) return _mm_mul_ss(_mm_mul_ss(w, T.flTwo127.ps()), T.flTwo.ps());
+    return _mm_mul_ss(w, as_ps(_mm_cvtsi32_si128(int32_t(s.e))));
   }
-  void tail(int i) { lane(i); }
 };
 
 }  // namespace
 
 LUXVM_EXPORT luxStatus luxsExp_32f_A24(const lux32f* src, lux32f* dst, int len) {
-  if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  lux::RoundNearestGuard guard;
-  lux::CallState<lux32f> call(src, src, dst, dst);
-  ExpKernel k{src, dst, call, kExpTable};
-  lux::run_block_redo<8>(len, k);
-  return call.status();
+  return lux::sexp::Kernel<Tier>::run(kExpTable, src, dst, len);
 }

@@ -154,12 +154,7 @@ struct LnKernel {
 }  // namespace
 
 LUXVM_EXPORT luxStatus luxsLn_32f_A24(const lux32f* src, lux32f* dst, int len) {
-  if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  lux::RoundNearestGuard guard;
-  lux::CallState<lux32f> call(src, src, dst, dst);
-  LnKernel k{src, dst, call, kTable};
   // After a failed block, lanes go through the scalar routine until the
   // remaining count is a multiple of 8 (exp_log/log_frame.h); the tail too.
-  lux::logs::run_block_resume<8>(len, k);
-  return call.status();
+  return lux::logs::run_export<LnKernel, 8, lux::logs::BlockLoop::kResume>(kTable, src, dst, len);
 }

@@ -156,11 +156,6 @@ struct Log10Kernel {
 }  // namespace
 
 LUXVM_EXPORT luxStatus luxsLog10_32f_A24(const lux32f* src, lux32f* dst, int len) {
-  if (const luxStatus e = lux::check_entry(len, src, dst)) return e;
-  lux::RoundNearestGuard guard;
-  lux::CallState<lux32f> call(src, src, dst, dst);
-  Log10Kernel k{src, dst, call, kTable};
   // A failed block runs its eight lanes through the scalar routine; so does the tail.
-  lux::run_block_redo<8>(len, k);
-  return call.status();
+  return lux::logs::run_export<Log10Kernel, 8, lux::logs::BlockLoop::kRedo>(kTable, src, dst, len);
 }

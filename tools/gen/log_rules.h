@@ -15,6 +15,8 @@
 #include <string>
 #include <vector>
 
+#include "gen/gen_common.h"
+
 namespace loggen {
 
 using Row = std::array<uint64_t, 3>;
@@ -53,26 +55,8 @@ class Big {
   mpfr_t v_;
 };
 
-inline uint64_t bits_of(double d) {
-  uint64_t b;
-  std::memcpy(&b, &d, 8);
-  return b;
-}
-inline uint32_t bits_of(float f) {
-  uint32_t b;
-  std::memcpy(&b, &f, 4);
-  return b;
-}
-inline double double_of(uint64_t b) {
-  double d;
-  std::memcpy(&d, &b, 8);
-  return d;
-}
-inline float float_of(uint32_t b) {
-  float f;
-  std::memcpy(&f, &b, 4);
-  return f;
-}
+using gen::bits_of;
+using gen::double_of;
 
 // Nearest binary64 / binary32 (all values here are normal or zero).
 // A zero is stored as +0 (-ln 1 comes out as -0 in MPFR).
@@ -132,19 +116,24 @@ inline Row dln_ha(int i) {
   return {rn64(rcp), rn64(hi), rn64(t)};
 }
 
-// luxsLn/Log10_64f_A50 and A26: c = 1 + i/256; logHi = the multiple of 2^-39
-// nearest log c; logLo = RN(log c - logHi); rcp = RN(1/c).
-inline Row dla(int i, bool decimal) {
+// The rule of the lower tiers' rows, c = 1 + i/2^b: logHi = the multiple of
+// 2^-g nearest log c; logLo = RN(log c - logHi); rcp = RN(1/c), each word
+// rounded to the tier's format by `rn`.
+template <class Rn>
+inline Row la_row(int i, int b, int g, bool decimal, Rn rn) {
   Big c, l, hi, lo, rcp;
-  mpfr_set_ui(c, 256 + i, MPFR_RNDN);
-  mpfr_div_2ui(c, c, 8, MPFR_RNDN);
+  mpfr_set_ui(c, (1u << b) + i, MPFR_RNDN);
+  mpfr_div_2ui(c, c, b, MPFR_RNDN);
   logf(l, c, decimal);
   mpfr_set(hi, l, MPFR_RNDN);
-  to_grid(hi, 39, true);
+  to_grid(hi, g, true);
   mpfr_sub(lo, l, hi, MPFR_RNDN);
   mpfr_ui_div(rcp, 1, c, MPFR_RNDN);
-  return {rn64(hi), rn64(lo), rn64(rcp)};
+  return {rn(hi), rn(lo), rn(rcp)};
 }
+
+// luxsLn/Log10_64f_A50 and A26: c = 1 + i/256, logHi on a grid of 2^-39.
+inline Row dla(int i, bool decimal) { return la_row(i, 8, 39, decimal, rn64); }
 
 // luxsLn_32f_A24: rcp = the multiple of 2^-8 nearest 64/(64+i); logHi =
 // -ln(rcp) truncated to a multiple of 2^-14; logLo = RN(-ln(rcp) - logHi).
@@ -161,19 +150,8 @@ inline Row sln_ha(int i) {
   return {rn32(hi), rn32(lo), rn32(rcp)};
 }
 
-// luxsLn/Log10_32f_A21: c = 1 + i/64; logHi = the multiple of 2^-16 nearest
-// log c; logLo = RN(log c - logHi); rcp = RN(1/c).
-inline Row sla(int i, bool decimal) {
-  Big c, l, hi, lo, rcp;
-  mpfr_set_ui(c, 64 + i, MPFR_RNDN);
-  mpfr_div_2ui(c, c, 6, MPFR_RNDN);
-  logf(l, c, decimal);
-  mpfr_set(hi, l, MPFR_RNDN);
-  to_grid(hi, 16, true);
-  mpfr_sub(lo, l, hi, MPFR_RNDN);
-  mpfr_ui_div(rcp, 1, c, MPFR_RNDN);
-  return {rn32(hi), rn32(lo), rn32(rcp)};
-}
+// luxsLn/Log10_32f_A21: c = 1 + i/64, logHi on a grid of 2^-16.
+inline Row sla(int i, bool decimal) { return la_row(i, 6, 16, decimal, rn32); }
 
 // K = 0.43359375 = 111/256, the short stand-in for log10 e that the two top
 // decimal tiers fold into their reciprocals.

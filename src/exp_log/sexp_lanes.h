@@ -1,6 +1,8 @@
-// The lane routine of the binary32 Exp kernels at A24 and A21: every lane of
-// a block that left the main path, and every tail lane, goes through it.  The
-// two tiers differ only in the main formula (and its split product at
+// Mechanics shared by the binary32 Exp kernels at A24 and A21: the argument
+// reduction, the block of 8 with its range test, the lane routine that every
+// lane of a failed block and every tail lane goes through, and the export
+// body.  The two tiers differ only in what their table word holds and the
+// formula that turns it and r into the result (with its split product at
 // k = 128), which the unit passes in; the order of the tests, the products
 // that raise the flags and the wide path for denormal results are the same.
 #pragma once
@@ -88,5 +90,81 @@ inline void scalar_exp(const float* src, float* dst, int i, CallState<lux32f>& c
   store1(dst + i, wide_denormal(x, T));
   call.warn(luxWarnUnderflow, i);
 }
+
+// x = N·ln2/128 + r, N = nearest integer to x·128/ln2, on four lanes: r, the
+// table index j = N & 127 and the exponent field of 2^k, k = N >> 7.  The unit's
+// table supplies flR, flShifter, flL1, flL2, flLowSeven and flBias.
+struct Reduced4 {
+  __m128 r;
+  __m128i j, e;
+};
+
+template <class Tab>
+inline Reduced4 reduce4(__m128 x, const Tab& T) {
+  const __m128 t = _mm_add_ps(_mm_mul_ps(x, T.flR.ps()), T.flShifter.ps());
+  const __m128 nf = _mm_sub_ps(t, T.flShifter.ps());
+  const __m128 r = _mm_sub_ps(_mm_sub_ps(x, _mm_mul_ps(nf, T.flL1.ps())), _mm_mul_ps(nf, T.flL2.ps()));
+  // bits(t) = bits(S) + N, and bits(S) has its low 20 bits clear.
+  const __m128i tb = as_int(t);
+  const __m128i j = _mm_and_si128(tb, T.flLowSeven.pi());
+  const __m128i e = _mm_slli_epi32(_mm_add_epi32(_mm_srli_epi32(tb, 7), T.flBias.pi()), 23);
+  return {r, j, e};
+}
+
+// The same reduction on lane 0 in scalar operations: r, j and the exponent
+// field of 2^k as an integer (all ones for k = 128, which the unit splits).
+struct Reduced1 {
+  __m128 r;
+  uint32_t j, e;
+};
+
+template <class Tab>
+inline Reduced1 reduce1(__m128 x, const Tab& T) {
+  const __m128 t = _mm_add_ss(_mm_mul_ss(x, T.flR.ps()), T.flShifter.ps());
+  const __m128 nf = _mm_sub_ss(t, T.flShifter.ps());
+  const __m128 r = _mm_sub_ss(_mm_sub_ss(x, _mm_mul_ss(nf, T.flL1.ps())), _mm_mul_ss(nf, T.flL2.ps()));
+  const uint32_t tb = lane_bits(t);
+  return {r, tb & 0x7F, ((tb >> 7) + 0x7F) << 23};
+}
+
+// The kernel of a binary32 Exp tier.  `Tier` gives
+//   Table                             its constant table
+//   __m128 quad(x, T)                 the main path on four lanes
+//   __m128 single(x, T)               the main path on lane 0, with the split
+//                                     product for k = 128
+// Blocks of 8 stay on the vector path when every |x| is below the main-path
+// bound; a block with any other lane, and the tail, go lane by lane through
+// scalar_exp.
+template <class Tier>
+struct Kernel {
+  const float* src;
+  float* dst;
+  CallState<lux32f>& call;
+  const typename Tier::Table& T;
+
+  bool block(int i) {
+    const __m128 x0 = load4(src + i);
+    const __m128 x1 = load4(src + i + 4);
+    if (!(all_below(as_int(x0), kMainPathBound, 4) & all_below(as_int(x1), kMainPathBound, 4))) return false;
+    const __m128 y0 = Tier::quad(x0, T);
+    const __m128 y1 = Tier::quad(x1, T);
+    store4(dst + i, y0);
+    store4(dst + i + 4, y1);
+    return true;
+  }
+  void lane(int i) {
+    scalar_exp(src, dst, i, call, T, [this](__m128 x) { return Tier::single(x, T); });
+  }
+  void tail(int i) { lane(i); }
+
+  static luxStatus run(const typename Tier::Table& T, const lux32f* src, lux32f* dst, int len) {
+    if (const luxStatus e = check_entry(len, src, dst)) return e;
+    RoundNearestGuard guard;
+    CallState<lux32f> call(src, src, dst, dst);
+    Kernel k{src, dst, call, T};
+    run_block_redo<8>(len, k);
+    return call.status();
+  }
+};
 
 }  // namespace lux::sexp

@@ -1,11 +1,13 @@
-// The binary64 Exp tables against their rules (recomputed with MPFR) and the
-// rows quoted for them, and the main-path arithmetic replayed operation by
-// operation in scalar code: the kernels' bits must follow it on the main
-// path and in the strips where the call-out finishes the main path's value.
+// The Exp tables of both widths against their rules (recomputed with MPFR)
+// and the rows quoted for them, and the binary64 main-path arithmetic replayed
+// operation by operation in scalar code: the kernels' bits must follow it on
+// the main path and in the strips where the call-out finishes the main path's
+// value.
 #include <mpfr.h>
 
 #include <cstdint>
 
+#include "gen/gen_common.h"
 #include "luxvm.h"
 #include "support/testing.h"
 
@@ -13,6 +15,56 @@ namespace {
 
 using luxtest::bits;
 using luxtest::f64;
+
+// 2^(j/n) into `v`, to v's precision.
+void pow2_fraction(mpfr_t v, int j, int n) {
+  mpfr_set_si(v, j, MPFR_RNDN);
+  mpfr_div_si(v, v, n, MPFR_RNDN);
+  mpfr_exp2(v, v, MPFR_RNDN);
+}
+
+// ---------------------------------------------------------------------------
+// Binary32: (Hj, Ej) of A24 and (Fj, 0) of A21.
+
+constexpr uint32_t kHaTable[128][2] = {
+#include "exp_log/sexp_ha_table.inc"
+};
+constexpr uint32_t kLaTable[128][2] = {
+#include "exp_log/sexp_la_table.inc"
+};
+
+uint32_t float_bits_of(mpfr_srcptr v) { return gen::bits_of(mpfr_get_flt(v, MPFR_RNDN)); }
+
+TEST(Exp32Tables, EqualTheirRule) {
+  mpfr_t v, h, e;
+  mpfr_inits2(300, v, e, (mpfr_ptr)0);
+  mpfr_init2(h, 24);
+  for (int j = 0; j < 128; ++j) {
+    pow2_fraction(v, j, 128);
+    mpfr_set(h, v, MPFR_RNDZ);  // truncated to 24 significant bits
+    mpfr_sub(e, v, h, MPFR_RNDN);
+    mpfr_div(e, e, h, MPFR_RNDN);
+    EXPECT_EQ(kHaTable[j][0], float_bits_of(h)) << "H, j = " << j;
+    EXPECT_EQ(kHaTable[j][1], float_bits_of(e)) << "E, j = " << j;
+    mpfr_set(e, v, MPFR_RNDN);
+    EXPECT_EQ(kLaTable[j][0], float_bits_of(e) & 0x007FFFFFu) << "LA, j = " << j;
+    EXPECT_EQ(kLaTable[j][1], 0u);
+  }
+  mpfr_clears(v, h, e, (mpfr_ptr)0);
+}
+
+TEST(Exp32Tables, HoldTheQuotedRows) {
+  EXPECT_EQ(kHaTable[1][0], 0x3F80B1EDu);
+  EXPECT_EQ(kHaTable[1][1], 0x331ED669u);
+  EXPECT_EQ(kHaTable[127][0], 0x3FFE9E11u);
+  EXPECT_EQ(kHaTable[127][1], 0x32B9F83Cu);
+  EXPECT_EQ(kHaTable[2][0], 0x3F8164D1u);  // truncated ...
+  EXPECT_EQ(kLaTable[1][0], 0x0000B1EDu);
+  EXPECT_EQ(kLaTable[2][0], 0x000164D2u);  // ... where LA rounds up
+}
+
+// ---------------------------------------------------------------------------
+// Binary64: (H, L) of A53 and the fraction fields of A50/A26.
 
 const uint64_t kHa[64][2] = {
 #include "exp_log/dexp_ha_table.inc"
@@ -26,9 +78,7 @@ TEST(Exp64Tables, HeadsTailsAndFractionsFollowTheirRules) {
   mpfr_inits2(256, v, l, (mpfr_ptr)0);
   mpfr_init2(h, 45);  // [1, 2) with 44 fraction bits
   for (int j = 0; j < 128; ++j) {
-    mpfr_set_si(v, j, MPFR_RNDN);
-    mpfr_div_si(v, v, 128, MPFR_RNDN);
-    mpfr_exp2(v, v, MPFR_RNDN);
+    pow2_fraction(v, j, 128);
     EXPECT_EQ(kLa[j], bits(mpfr_get_d(v, MPFR_RNDN)) & 0x000FFFFFFFFFFFFF) << "LA row " << j;
     if (j % 2) continue;
     mpfr_set(h, v, MPFR_RNDZ);

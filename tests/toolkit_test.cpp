@@ -30,7 +30,8 @@ TEST(Numbers, ParsesEveryAcceptedForm) {
   EXPECT_EQ(b, 0x7FF4000000000000ull);
   EXPECT_TRUE(parse_component("NaN", 64, &b));
   EXPECT_EQ(b, 0x7FF8000000000000ull);
-  for (const char* bad : {"", "1.5x", "0x123456789", "abc", "1,2"}) EXPECT_FALSE(parse_component(bad, 32, &b)) << bad;
+  for (const char* bad : {"", "1.5x", "0x123456789", "abc", "1,2"})
+    EXPECT_FALSE(parse_component(bad, 32, &b)) << bad;
   unsigned char lane[16];
   EXPECT_TRUE(luxtk::parse_lane("1,-2", 64, true, lane));
   EXPECT_FALSE(luxtk::parse_lane("1", 64, true, lane));

@@ -4,7 +4,6 @@
 
 #include "frame/frame.h"
 #include "frame/lanes.h"
-#include "frame/frame.h"
 
 namespace {
 

@@ -3,7 +3,8 @@
 namespace luxtk {
 
 std::string flag_names(uint32_t flags) {
-  static const char* const kNames[] = {"invalid", "denormal", "divide-by-zero", "overflow", "underflow", "inexact"};
+  static const char* const kNames[] = {"invalid",  "denormal",  "divide-by-zero",
+                                       "overflow", "underflow", "inexact"};
   std::string s;
   for (int b = 0; b < 6; ++b)
     if (flags & (1u << b)) {

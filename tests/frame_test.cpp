@@ -157,6 +157,63 @@ TEST(Drivers, PipelinedBlockPutsBackOverwrittenInputsInPlace) {
   EXPECT_EQ(k.lanes, (std::vector<int>{4, 5, 6, 7}));
 }
 
+TEST(Drivers, ResumeMovesTheGridAfterAFailedBlock) {
+  // len 13, block 4: lanes 0-3 pass; 4-7 fail, so lanes 4..4 go one by one
+  // until 8 are left (4 is enough: 13-5 = 8), then blocks at 5 and 9.
+  std::vector<double> src = {1, 2, 3, 4, -5, 6, 7, 8, 9, 10, 11, 12, 13};
+  std::vector<double> dst(src.size());
+  RecordingKernel k{src.data(), dst.data(), {}, {}};
+  lux::run_block_resume<4>(int(src.size()), k);
+  EXPECT_EQ(k.lanes, (std::vector<int>{4}));
+  for (size_t i = 0; i < src.size(); ++i) EXPECT_EQ(dst[i], src[i] * 2);
+  // Fewer than a block left: every lane through the lane routine, no tail.
+  RecordingKernel short_k{src.data(), dst.data(), {}, {}};
+  lux::run_block_resume<4>(3, short_k);
+  EXPECT_EQ(short_k.lanes, (std::vector<int>{0, 1, 2}));
+  EXPECT_TRUE(short_k.tails.empty());
+}
+
+// Two sources, stores the first half of a + b before testing b.
+struct EagerSumKernel {
+  const double* a;
+  const double* b;
+  double* dst;
+  std::vector<int> lanes;
+  bool block(int i) {
+    const double s0 = a[i] + b[i], s1 = a[i + 1] + b[i + 1];
+    dst[i] = s0;
+    dst[i + 1] = s1;
+    for (int j = i; j < i + 4; ++j)
+      if (b[j] < 0) return false;
+    dst[i + 2] = a[i + 2] + b[i + 2];
+    dst[i + 3] = a[i + 3] + b[i + 3];
+    return true;
+  }
+  void lane(int i) {
+    lanes.push_back(i);
+    dst[i] = a[i] + b[i];
+  }
+};
+
+TEST(Drivers, PipelinedResumePutsBackWhicheverSourceIsTheResult) {
+  const std::vector<double> a0 = {1, 2, 3, 4, 5, 6, 7, 8, 9};
+  const std::vector<double> b0 = {10, 20, 30, -40, 50, 60, 70, 80, 90};
+  for (int in_place = 0; in_place < 3; ++in_place) {  // separate, dst == a, dst == b
+    std::vector<double> a = a0, b = b0, sep(a0.size());
+    double* dst = in_place == 0 ? sep.data() : in_place == 1 ? a.data() : b.data();
+    EagerSumKernel k{a.data(), b.data(), dst, {}};
+    lux::run_pipelined_resume<4>(a.data(), b.data(), dst, int(a0.size()), k);
+    for (size_t i = 0; i < a0.size(); ++i)
+      EXPECT_EQ(dst[i], a0[i] + b0[i]) << "case " << in_place << " lane " << i;
+    // The block at 0 fails (lane 3), one lane goes alone, the block at 1
+    // fails on the same lane, and lanes go alone until four are left.
+    EXPECT_EQ(k.lanes, (std::vector<int>{0, 1, 2, 3, 4})) << "case " << in_place;
+    if (in_place != 1) {
+      EXPECT_EQ(a, a0) << "a source that is not the result is never stored to";
+    }
+  }
+}
+
 struct MaskKernel {
   std::vector<int> offended;
   unsigned block(int i) { return i == 0 ? 0b1010u : 0u; }

@@ -13,28 +13,6 @@
 
 namespace lux::logs {
 
-// Block loop of the lower tiers.  K provides
-//   bool block(int i)  tests lanes i..i+B-1 and computes and stores them only
-//                      if all pass; otherwise stores nothing, says false;
-//   void lane(int i)   the scalar routine for one lane.
-// A failed block does not send its whole block through the scalar routine:
-// lanes go one by one until the count of remaining lanes is a multiple of the
-// block, then the block test resumes from there.  Fewer than B lanes left
-// (the tail) always take the scalar routine.
-template <int Block, class K>
-inline void run_block_resume(int len, K& k) {
-  int i = 0;
-  while (len - i >= Block) {
-    if (__builtin_expect(k.block(i), 1)) {
-      i += Block;
-      continue;
-    }
-    do k.lane(i++);
-    while ((len - i) % Block != 0);
-  }
-  while (i < len) k.lane(i++);
-}
-
 // The export body of every tier: entry checks, round-to-nearest for the call,
 // the status latch, and the tier's block loop over its kernel.  kRedo sends a
 // failed block's lanes through the lane routine (run_block_redo); kResume

@@ -153,6 +153,8 @@ class CallState {
 //   F6  bool block(int i)   as F4, but may have stored the first half of the
 //                           block before it knows; the driver puts back the
 //                           inputs an in-place call overwrote before the redo.
+//   The *_resume drivers move the block grid after a failed block instead
+//   of redoing it in place; they need only block() and lane().
 
 template <int Block>
 inline int main_loop_end(int len) {
@@ -201,21 +203,83 @@ inline void copy_lanes_raw(const T* from, T* to, int count) {
   for (int w = 0; w < count * int(sizeof(T) / 4); ++w) t[w] = f[w];
 }
 
+// The first half of a pipelined block's inputs, kept aside from up to two
+// sources: the kernel may store the first half of its results before the
+// block's test ends, and an in-place call has then lost those inputs.
+template <int Half, class T>
+class KeptInputs {
+ public:
+  KeptInputs(const T* src1, const T* src2, const T* dst) : src1_(src1), src2_(src2), dst_(dst) {}
+  void keep(int i) {
+    copy_lanes_raw(src1_ + i, a_, Half);
+    if (src2_) copy_lanes_raw(src2_ + i, b_, Half);
+  }
+  // Puts the kept inputs back into a source that is also the result array
+  // (an array that is only a source is never stored to).
+  void put_back(int i) const {
+    T* out = const_cast<T*>(dst_) + i;
+    if (dst_ == src1_) copy_lanes_raw(a_, out, Half);
+    if (src2_ && dst_ == src2_) copy_lanes_raw(b_, out, Half);
+  }
+
+ private:
+  const T* src1_;
+  const T* src2_;
+  const T* dst_;
+  alignas(16) T a_[Half];
+  alignas(16) T b_[Half];
+};
+
+// F6 on a fixed grid: a failed block is redone lane by lane; tail as F4.
 template <int Block, class T, class K>
 inline void run_pipelined(const T* src, T* dst, int len, K& k) {
-  constexpr int kHalf = Block / 2;
+  KeptInputs<Block / 2, T> kept(src, nullptr, dst);
   const int n = main_loop_end<Block>(len);
   for (int i = 0; i < n; i += Block) {
-    alignas(16) T kept[kHalf];
-    copy_lanes_raw(src + i, kept, kHalf);
+    kept.keep(i);
     if (__builtin_expect(!k.block(i), 0)) {
-      // The first half may already be stored; an in-place call has lost
-      // those inputs, so put them back before the lanes are redone.
-      if (static_cast<const T*>(dst) == src) copy_lanes_raw(kept, dst + i, kHalf);
+      kept.put_back(i);
       for (int j = i; j < i + Block; ++j) k.lane(j);
     }
   }
   for (int i = n; i < len; ++i) k.tail(i);
+}
+
+// F4 on a moving grid: after a failed block the lane routine runs one lane
+// at a time only until the lanes left are a multiple of the block, and the
+// vector loop resumes from there; fewer than a block left all take the lane
+// routine (there is no separate tail).
+template <int Block, class K>
+inline void run_block_resume(int len, K& k) {
+  int i = 0;
+  while (len - i >= Block) {
+    if (__builtin_expect(k.block(i), 1)) {
+      i += Block;
+      continue;
+    }
+    do k.lane(i++);
+    while ((len - i) % Block != 0);
+  }
+  while (i < len) k.lane(i++);
+}
+
+// F6 on a moving grid, for up to two sources (src2 null for one): the
+// pipelined block of run_pipelined with the resumption of run_block_resume.
+template <int Block, class T, class K>
+inline void run_pipelined_resume(const T* src1, const T* src2, T* dst, int len, K& k) {
+  KeptInputs<Block / 2, T> kept(src1, src2, dst);
+  int i = 0;
+  while (len - i >= Block) {
+    kept.keep(i);
+    if (__builtin_expect(k.block(i), 1)) {
+      i += Block;
+      continue;
+    }
+    kept.put_back(i);
+    do k.lane(i++);
+    while ((len - i) % Block != 0);
+  }
+  while (i < len) k.lane(i++);
 }
 
 }  // namespace lux

@@ -15,7 +15,6 @@
 
 #include "frame/frame.h"
 #include "frame/lanes.h"
-#include "powers/recip_pipeline.h"
 #include "powers/recip_x87.h"
 
 namespace lux::recip {
@@ -105,7 +104,7 @@ inline luxStatus run_inv_estimate(const float* src, float* dst, int len) {
   lux::RoundNearestGuard guard;
   lux::CallState<float> call(src, src, dst, dst);
   InvEstimateKernel<kTab, Op> k{src, dst, call};
-  lux::run_pipelined_realigning<float>(src, nullptr, dst, len, k);
+  lux::run_pipelined_resume<8, float>(src, nullptr, dst, len, k);
   return call.status();
 }
 
@@ -114,7 +113,7 @@ inline luxStatus run_div_estimate(const float* src1, const float* src2, float* d
   lux::RoundNearestGuard guard;
   lux::CallState<float> call(src1, src2, dst, dst);
   DivEstimateKernel<kTab, Op> k{src1, src2, dst, call};
-  lux::run_pipelined_realigning<float>(src1, src2, dst, len, k);
+  lux::run_pipelined_resume<8, float>(src1, src2, dst, len, k);
   return call.status();
 }
 

@@ -6,25 +6,13 @@
 
 #include <stdint.h>
 
+#include "frame/control_registers.h"
 #include "luxvm.h"
 
 namespace lux {
 
 // ---------------------------------------------------------------------------
 // Control registers.
-
-inline uint32_t read_mxcsr() {
-  uint32_t v;
-  asm volatile("stmxcsr %0" : "=m"(v));
-  return v;
-}
-inline void write_mxcsr(uint32_t v) { asm volatile("ldmxcsr %0" : : "m"(v) : "memory"); }
-inline uint16_t read_x87_cw() {
-  uint16_t v;
-  asm volatile("fnstcw %0" : "=m"(v));
-  return v;
-}
-inline void write_x87_cw(uint16_t v) { asm volatile("fldcw %0" : : "m"(v) : "memory"); }
 
 // MXCSR bits 15..13: flush-to-zero and the two rounding-control bits.
 inline constexpr uint32_t kSseControlMask = 0xE000;

@@ -5,20 +5,14 @@
 #include <cstdint>
 #include <string>
 
+#include "frame/control_registers.h"
+
 namespace luxtk {
 
-inline uint32_t read_mxcsr() {
-  uint32_t v;
-  asm volatile("stmxcsr %0" : "=m"(v));
-  return v;
-}
-inline void write_mxcsr(uint32_t v) { asm volatile("ldmxcsr %0" : : "m"(v) : "memory"); }
-inline uint16_t read_x87_cw() {
-  uint16_t v;
-  asm volatile("fnstcw %0" : "=m"(v));
-  return v;
-}
-inline void write_x87_cw(uint16_t v) { asm volatile("fldcw %0" : : "m"(v) : "memory"); }
+using lux::read_mxcsr;
+using lux::read_x87_cw;
+using lux::write_mxcsr;
+using lux::write_x87_cw;
 
 // MXCSR exception flags (bits 0..5) and the settings tests use.
 enum : uint32_t {

@@ -4,7 +4,8 @@
 set -euo pipefail
 
 packages=(cmake g++ gcc-multilib g++-multilib binutils qemu-user googletest
-  libmpfr-dev libgmp-dev libmpc-dev libsleef-dev libmpfr-dev:i386 libgmp-dev:i386 libmpc-dev:i386)
+  libmpfr-dev libgmp-dev libmpc-dev libsleef-dev libmpfr-dev:i386 libgmp-dev:i386 libmpc-dev:i386
+  libboost-dev)
 
 sudo=""
 if [ "$(id -u)" -ne 0 ]; then sudo="sudo"; fi

@@ -4,6 +4,8 @@
 //   luxvm eval EXPORT V1 [V2 ...]       evaluate lanes; prints results, status, flags
 //   luxvm accuracy [FAMILY] [--seed=N] [--points=N] [--out=FILE]
 //                                       MPFR sweeps; writes docs/accuracy.md
+//   luxvm core-accuracy [ROUTINE] [--seed=N] [--points=N] [--out=FILE]
+//                                       sweeps of the extended core (internal)
 //   luxvm digest [FAMILY]               hash of each export's results, status, flags
 //   luxvm bench [FAMILY] [--out=FILE] [--small=N] [--large=N] [--runs=N]
 //                                       cycles per element beside the peers (native)
@@ -29,6 +31,7 @@ int usage() {
                "       luxvm list [FAMILY]\n"
                "       luxvm eval EXPORT V1 [V2 ...]   (B shape: a:b; X shape: first value is x=V)\n"
                "       luxvm accuracy [FAMILY] [--seed=N] [--points=N] [--out=FILE]\n"
+               "       luxvm core-accuracy [ROUTINE] [--seed=N] [--points=N] [--out=FILE]\n"
                "       luxvm digest [FAMILY]\n"
                "       luxvm bench [FAMILY] [--out=FILE] [--small=N] [--large=N] [--runs=N]\n");
   return 2;
@@ -128,6 +131,7 @@ int main(int argc, char** argv) {
   if (cmd == "list") return cmd_list(argc > 2 ? argv[2] : nullptr);
   if (cmd == "eval") return cmd_eval(argc - 2, argv + 2);
   if (cmd == "accuracy") return luxcli::cmd_accuracy(argc - 2, argv + 2);
+  if (cmd == "core-accuracy") return luxcli::cmd_core_accuracy(argc - 2, argv + 2);
   if (cmd == "digest") return luxcli::cmd_digest(argc - 2, argv + 2);
   if (cmd == "bench") return luxcli::cmd_bench(argc - 2, argv + 2);
   std::fprintf(stderr, "luxvm: unknown command '%s'\n", argv[1]);

@@ -1,0 +1,211 @@
+// Sweeps of the extended-precision core against MPFR (see core_sweep.h).
+#include "extended/core_sweep.h"
+
+#include <cmath>
+#include <cstdio>
+#include <limits>
+
+#include "frame/frame.h"
+#include "scalar/extended.h"
+
+namespace luxcore {
+
+namespace {
+
+// MPFR's exponent e of a value in [2^(e-1), 2^e): the 80-bit format holds
+// e from -16444 (the least denormal, 2^-16445) to 16384.
+constexpr mpfr_exp_t kEmin80 = -16444, kEmax80 = 16384;
+
+struct Mp {
+  mpfr_t v;
+  explicit Mp(mpfr_prec_t p = luxtk::kOraclePrecision) { mpfr_init2(v, p); }
+  ~Mp() { mpfr_clear(v); }
+};
+
+bool finite80(ld v) { return std::isfinite(v); }
+
+int exact_exp(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_exp(r, x, m); }
+int exact_log(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_log(r, x, m); }
+int exact_log1p(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_log1p(r, x, m); }
+int exact_sqrt(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_sqrt(r, x, m); }
+int exact_abs(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_abs(r, x, m); }
+
+Region log_region(std::string name, int lo_exp, int hi_exp, bool both) {
+  return {std::move(name), [=](luxtk::Rng& rng, long n, std::vector<ld>& out) {
+            for (long i = 0; i < n; ++i) out.push_back(log_uniform80(rng, lo_exp, hi_exp, both));
+          }};
+}
+Region uniform_region(std::string name, ld lo, ld hi) {
+  return {std::move(name), [=](luxtk::Rng& rng, long n, std::vector<ld>& out) {
+            for (long i = 0; i < n; ++i) out.push_back(uniform80(rng, lo, hi));
+          }};
+}
+// Points and their neighbours up to k steps of the 80-bit format away.
+Region splits_region(std::string name, std::vector<ld> points, int k) {
+  return {std::move(name), [=](luxtk::Rng&, long, std::vector<ld>& out) {
+            for (ld p : points) {
+              ld up = p, down = p;
+              out.push_back(p);
+              for (int i = 0; i < k; ++i) {
+                up = std::nextafter(up, std::numeric_limits<ld>::infinity());
+                down = std::nextafter(down, -std::numeric_limits<ld>::infinity());
+                out.push_back(up);
+                out.push_back(down);
+              }
+            }
+          }};
+}
+
+}  // namespace
+
+ld round_to_80(mpfr_srcptr exact) {
+  if (mpfr_nan_p(exact)) return __builtin_nanl("");
+  if (mpfr_inf_p(exact) || mpfr_zero_p(exact)) return mpfr_get_ld(exact, MPFR_RNDN);
+  // Significant bits available at this magnitude: 64 from the least normal
+  // 2^-16382 up, one fewer per binade below, down to the least denormal.
+  const mpfr_exp_t e = mpfr_get_exp(exact);  // exact in [2^(e-1), 2^e)
+  const long bits = e - 1 >= -16382 ? 64 : long(e) + 16445;
+  const bool neg = mpfr_signbit(exact);
+  if (bits <= 0) {  // below 2^-16445: 0 or the least denormal
+    Mp half;
+    mpfr_set_ui_2exp(half.v, 1, -16446, MPFR_RNDN);
+    const bool up = bits == 0 && mpfr_cmpabs(exact, half.v) > 0;
+    const ld v = up ? lux::x80::from_image(1, 0) : 0.0L;
+    return neg ? -v : v;
+  }
+  Mp r(bits);
+  mpfr_set(r.v, exact, MPFR_RNDN);
+  if (mpfr_get_exp(r.v) > kEmax80) return neg ? -__builtin_infl() : __builtin_infl();
+  return mpfr_get_ld(r.v, MPFR_RNDN);  // representable: exact
+}
+
+double ulp_error80(ld got, mpfr_srcptr exact) {
+  const ld rounded = round_to_80(exact);
+  if (std::isnan(got) || std::isnan(rounded)) return std::isnan(got) && std::isnan(rounded) ? 0 : INFINITY;
+  if (!finite80(got) || !finite80(rounded)) return got == rounded ? 0 : INFINITY;
+  mpfr_exp_t e = mpfr_zero_p(exact) ? kEmin80 : mpfr_get_exp(exact);
+  if (e - 1 < -16382) e = -16381;
+  Mp d;
+  mpfr_set_ld(d.v, got, MPFR_RNDN);
+  mpfr_sub(d.v, d.v, exact, MPFR_RNDN);
+  mpfr_mul_2si(d.v, d.v, -(e - 1 - 63), MPFR_RNDN);
+  return std::fabs(mpfr_get_d(d.v, MPFR_RNDN));
+}
+
+ld log_uniform80(luxtk::Rng& rng, int lo_exp, int hi_exp, bool both_signs) {
+  const uint64_t sig = rng.next() | 0x8000000000000000ull;
+  const int e = lo_exp + int(rng.next() % uint64_t(hi_exp - lo_exp));
+  const bool neg = both_signs && (rng.next() & 1);
+  if (e < -16382) {  // denormal: the integer bit and the bits below the least denormal go
+    const int shift = -16382 - e;
+    const uint64_t dsig = shift >= 64 ? 1 : (sig >> shift ? sig >> shift : 1);
+    return lux::x80::from_image(dsig, uint16_t(neg ? 0x8000 : 0));
+  }
+  return lux::x80::from_image(sig, uint16_t((neg ? 0x8000 : 0) | (e + 16383)));
+}
+
+ld uniform80(luxtk::Rng& rng, ld lo, ld hi) {
+  const ld u = ld(rng.next() >> 1) * 0x1p-63L;  // [0, 1) with 63 random bits
+  return lo + (hi - lo) * u;
+}
+
+std::string hex80(ld v) {
+  char buf[64];
+  std::snprintf(buf, sizeof buf, "%La", v);
+  return buf;
+}
+
+const std::vector<Routine>& routines() {
+  static const std::vector<Routine> r = {
+      {"orkexpl_scalar",
+       orkexpl_scalar,
+       exact_exp,
+       {log_region("tiny, below 2^-67 in magnitude", -90, -67, true),
+        log_region("2^-67 to 2^-26", -67, -26, true), log_region("2^-26 to 2^-11", -26, -11, true),
+        log_region("2^-11 to 2^-5", -11, -5, true), uniform_region("middle, -64 to 64", -64.0L, 64.0L),
+        uniform_region("large, 64 to 11356.5", 64.0L, 11356.5L),
+        uniform_region("large, -11355 to -64", -11355.0L, -64.0L),
+        uniform_region("denormal results, -11400.19 to -11355.14", -11400.19L, -11355.14L),
+        splits_region(
+            "path splits",
+            {0x1p-67L, -0x1p-67L, 0x1p-26L, 0x1p-18L, -0x1p-11L, 0x1p-5L, -0x1p-5L, 64.0L, -64.0L, 4096.0L,
+             -4096.0L, 11356.52340629414357L, -11355.137111933023334L, -11400.191678669420071L},
+            64)},
+       1.0,
+       "complex Exp, Sinh/Cosh/Tanh, Pow"},
+      {"orklogl_scalar",
+       orklogl_scalar,
+       exact_log,
+       {log_region("all positive, 2^-16445 to 2^16384", -16445, 16384, false),
+        log_region("denormals", -16445, -16382, false), uniform_region("0.5 to 2", 0.5L, 2.0L),
+        uniform_region("0.96875 to 1.0625", 0.96875L, 1.0625L),
+        uniform_region("1 - 2^-16 to 1 + 2^-15", 1.0L - 0x1p-16L, 1.0L + 0x1p-15L),
+        splits_region("path splits", {0.96875L, 1.0625L + 0x1p-15L, 1.0L - 0x1p-16L, 1.0L + 0x1p-15L, 1.0L},
+                      64)},
+       1.0,
+       "complex Ln, Log10, Pow, the inverse functions"},
+      {"orklog1pl_scalar",
+       orklog1pl_scalar,
+       exact_log1p,
+       {uniform_region("-1 to -0.5", -1.0L, -0.5L), uniform_region("-0.5 to 1", -0.5L, 1.0L),
+        log_region("1/16 to 2^32", -4, 32, false), log_region("2^32 to 2^16384", 32, 16384, false),
+        log_region("2^-14 to 1/16, both signs", -14, -4, true),
+        log_region("2^-75 to 2^-14, both signs", -75, -14, true),
+        log_region("tiny, 2^-16445 to 2^-75", -16445, -75, true),
+        splits_region("path splits",
+                      {-0.5L, 0x1p-4L, -0x1p-4L, 0x1p-14L, -0x1p-14L, 0x1p-25L, 0x1p-38L, 0x1p-75L, -0x1p-75L,
+                       0x1p32L, 0x1p74L},
+                      64)},
+       1.0,
+       "complex Ln near |z| = 1, the inverse hyperbolics"},
+      {"orksqrtl_scalar",
+       orksqrtl_scalar,
+       exact_sqrt,
+       {log_region("all positive, 2^-16445 to 2^16384", -16445, 16384, false),
+        log_region("denormals", -16445, -16382, false), uniform_region("1 to 4", 1.0L, 4.0L),
+        splits_region("table ends", {1.0L, 2.0L, 4.0L, 0x1p-16382L}, 64)},
+       1.0,
+       "complex Sqrt, Abs, the inverse functions"},
+      {"orkfabsl_scalar",
+       orkfabsl_scalar,
+       exact_abs,
+       {log_region("all, both signs", -16445, 16384, true)},
+       0.0,
+       "the complex kernels"},
+  };
+  return r;
+}
+
+Result sweep(const Routine& r, uint64_t seed, long n) {
+  Result res;
+  luxtk::Rng rng(seed);
+  Mp x, y;
+  lux::X87Guard64 guard;
+  for (const Region& reg : r.regions) {
+    std::vector<ld> in;
+    reg.draw(rng, n, in);
+    Worst w;
+    for (const ld v : in) {
+      const ld got = r.fn(v);
+      mpfr_set_ld(x.v, v, MPFR_RNDN);
+      r.exact(y.v, x.v, MPFR_RNDN);
+      const double err = ulp_error80(got, y.v);
+      ++w.count;
+      if (err > w.ulps || (w.count == 1 && err == 0)) {
+        w.ulps = err;
+        w.x = v;
+        w.got = got;
+      }
+    }
+    if (w.ulps > res.overall.ulps || res.overall.count == 0) {
+      res.overall.ulps = w.ulps;
+      res.overall.x = w.x;
+      res.overall.got = w.got;
+    }
+    res.overall.count += w.count;
+    res.regions.emplace_back(reg.name, w);
+  }
+  return res;
+}
+
+}  // namespace luxcore

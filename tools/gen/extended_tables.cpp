@@ -1,0 +1,115 @@
+// Prints the shared tables of the extended-precision core from their rules,
+// with MPFR at 256 bits (far beyond what the roundings need):
+//
+//   gen_extended_tables exp    ork_ork_expl_table_256, j = -128..128:
+//                              hi = RN(2^(j/256)) to 32 significant bits,
+//                              lo = RN(2^(j/256) - hi)
+//   gen_extended_tables rcp    ork_ork_rcp_table_256, i = 0..255:
+//                              c_i = round(2048 / (1 + (i + 1/2)/256)) / 2048
+//   gen_extended_tables log    ork_ork_logl_table_256, i = 0..255:
+//                              hi = RN(-ln c_i) to 40 significant bits,
+//                              lo = RN(-ln c_i - hi)  (|hi + lo + ln c_i| < 2^-93)
+//   gen_extended_tables rsqrt  the reciprocal square roots of orksqrtl_scalar,
+//                              n = 0..512, a_n = 1 + n/256 (n <= 256),
+//                              2 + (n - 256)/128 above:
+//                              y_n = round(2048 / sqrt(a_n)) / 2048, 11 bits
+//
+// The output is the body of a C++ initialiser.
+#include <mpfr.h>
+
+#include <cstdint>
+#include <cstdio>
+
+#include "gen/gen_common.h"
+
+namespace {
+
+using gen::bits_of;
+
+// (hi, lo) of v: hi rounded to `hi_bits` significant bits, lo the rest
+// rounded to double.
+void print_pair(mpfr_srcptr v, int hi_bits, const char* label, int index) {
+  mpfr_t h, l;
+  mpfr_init2(h, hi_bits);
+  mpfr_init2(l, 256);
+  mpfr_set(h, v, MPFR_RNDN);
+  mpfr_sub(l, v, h, MPFR_RNDN);  // exact at 256 bits
+  const double hd = mpfr_get_d(h, MPFR_RNDN), ld = mpfr_get_d(l, MPFR_RNDN);
+  gen::print_hex_row(stdout, "    ", gen::kHex64Ull, {bits_of(hd), bits_of(ld)}, "%s = %d", label, index);
+  mpfr_clears(h, l, (mpfr_ptr)0);
+}
+
+void print_exp() {
+  mpfr_t v;
+  mpfr_init2(v, 256);
+  gen::print_generated_by(stdout, "extended_tables", "gen_extended_tables exp > src/scalar/expl_table.inc");
+  std::printf("// {hi, lo}: hi = 2^(j/256) rounded to 32 significant bits, lo = RN(2^(j/256) - hi).\n");
+  for (int j = -128; j <= 128; ++j) {
+    mpfr_set_si(v, j, MPFR_RNDN);
+    mpfr_div_si(v, v, 256, MPFR_RNDN);
+    mpfr_exp2(v, v, MPFR_RNDN);
+    print_pair(v, 32, "j", j);
+  }
+  mpfr_clear(v);
+}
+
+// c_i on its grid of 2^-11, exactly.
+double rcp(int i) {
+  const double mid = 1.0 + (i + 0.5) / 256.0;  // exact
+  mpfr_t v;
+  mpfr_init2(v, 256);
+  mpfr_set_d(v, 2048.0, MPFR_RNDN);
+  mpfr_div_d(v, v, mid, MPFR_RNDN);
+  mpfr_rint(v, v, MPFR_RNDN);
+  const double c = mpfr_get_d(v, MPFR_RNDN) / 2048.0;
+  mpfr_clear(v);
+  return c;
+}
+
+void print_rcp() {
+  gen::print_generated_by(stdout, "extended_tables", "gen_extended_tables rcp > src/scalar/rcp_table.inc");
+  std::printf("// c_i = round(2048 / (1 + (i + 1/2)/256)) / 2048, as binary32 bits.\n");
+  for (int i = 0; i < 256; ++i)
+    std::printf("    0x%08Xu,  // i = %d: %.12g\n", (unsigned)bits_of(float(rcp(i))), i, rcp(i));
+}
+
+void print_log() {
+  mpfr_t v;
+  mpfr_init2(v, 256);
+  gen::print_generated_by(stdout, "extended_tables", "gen_extended_tables log > src/scalar/logl_table.inc");
+  std::printf("// {hi, lo}: hi = -ln c_i rounded to 40 significant bits, lo = RN(-ln c_i - hi).\n");
+  for (int i = 0; i < 256; ++i) {
+    mpfr_set_d(v, rcp(i), MPFR_RNDN);
+    mpfr_log(v, v, MPFR_RNDN);
+    mpfr_neg(v, v, MPFR_RNDN);
+    print_pair(v, 40, "i", i);
+  }
+  mpfr_clear(v);
+}
+
+void print_rsqrt() {
+  mpfr_t v;
+  mpfr_init2(v, 256);
+  gen::print_generated_by(stdout, "extended_tables",
+                          "gen_extended_tables rsqrt > src/scalar/sqrtl_table.inc");
+  std::printf(
+      "// y_n = round(2048 / sqrt(a_n)) / 2048, a_n = 1 + n/256 (n <= 256), 2 + (n - 256)/128 above.\n");
+  for (int n = 0; n <= 512; ++n) {
+    const double a = n <= 256 ? 1.0 + n / 256.0 : 2.0 + (n - 256) / 128.0;
+    mpfr_set_d(v, a, MPFR_RNDN);
+    mpfr_rec_sqrt(v, v, MPFR_RNDN);
+    mpfr_mul_ui(v, v, 2048, MPFR_RNDN);
+    mpfr_rint(v, v, MPFR_RNDN);
+    const double y = mpfr_get_d(v, MPFR_RNDN) / 2048.0;
+    std::printf("    0x%016llXull,  // n = %d: %.12g\n", (unsigned long long)bits_of(y), n, y);
+  }
+  mpfr_clear(v);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  return gen::run_command(
+      argc, argv, "gen_extended_tables exp|rcp|log|rsqrt",
+      {{"exp", print_exp}, {"rcp", print_rcp}, {"log", print_log}, {"rsqrt", print_rsqrt}});
+}

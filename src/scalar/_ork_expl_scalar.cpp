@@ -31,8 +31,6 @@ struct ExplTab {
   uint16_t sc2_bias[2];    // exponent bias of the first factor of 2^k, x > 0 and x < 0
   OrkX80Slot sc2[2];       // the second factor: 2^8192, 2^-8192
   OrkX80Slot inf_zero[2];  // e^+Inf, e^-Inf
-  // e^r - 1 - r = r^2 (P0 + P1 r + ...) for |r| <= ln 2 / 512.
-  OrkX80Slot P[5];
   // e^x - 1 - x = x^2 (Q0 + Q1 x + ...) by the size of x: 2^-11 to 2^-5,
   // 2^-18 to 2^-11, 2^-26 to 2^-18, 2^-67 to 2^-26.
   OrkX80Slot Q0[8], Q1[4], Q2[2], Q3;
@@ -45,11 +43,6 @@ constexpr ExplTab kTab = {
     .sc2_bias = {0x1FFF, 0x5FFF},
     .sc2 = {slot(0x5FFF, 0x8000000000000000ull), slot(0x1FFF, 0x8000000000000000ull)},
     .inf_zero = {slot(0x7FFF, 0x8000000000000000ull), slot(0x0000, 0x0000000000000000ull)},
-    .P = {slot(0x3FFE, 0x8000000000000000ull),    // 0.5
-          slot(0x3FFC, 0xAAAAAAAAAAA0293Eull),    // 0.16666666666665733154
-          slot(0x3FFA, 0xAAAAAAAAAAA0E910ull),    // 0.041666666666664499419
-          slot(0x3FF8, 0x88888B443E6BDC82ull),    // 0.0083333358788653041915
-          slot(0x3FF5, 0xB60B6439B9331BC1ull)},   // 0.0013888892980155268918
     .Q0 = {slot(0x3FFE, 0x8000000000000000ull),   // 0.5
            slot(0x3FFC, 0xAAAAAAAAAAAAAAABull),   // 0.16666666666666665741
            slot(0x3FFA, 0xAAAAAAAAAAAAF4A4ull),   // 0.041666666666666733743
@@ -67,7 +60,7 @@ constexpr ExplTab kTab = {
     .Q3 = slot(0x3FFE, 0x8000000000000001ull),    // 0.5
 };
 
-inline ld P(int i) { return value(kTab.P[i]); }
+inline ld P(int i) { return value(kExpP[i]); }
 
 // |x| from 64 to the overflow or underflow bound.
 ld large_path(ld x, unsigned sign) {

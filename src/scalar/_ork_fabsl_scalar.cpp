@@ -2,13 +2,7 @@
 // with its sign cleared, -0 gives +0.  Exact.
 #include "scalar/extended.h"
 
-namespace {
-
 using namespace lux::x80;
-
-constexpr OrkX80Slot kOnes[2] = {slot(0x3FFF, 0x8000000000000000ull), slot(0xBFFF, 0x8000000000000000ull)};
-
-}  // namespace
 
 extern "C" long double orkfabsl_scalar(long double x) {
   if (is_nan(x)) {

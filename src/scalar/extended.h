@@ -19,6 +19,13 @@ long double orklogl_scalar(long double x);    // ln x
 long double orklog1pl_scalar(long double x);  // ln(1 + x)
 long double orksqrtl_scalar(long double x);   // square root
 long double orkfabsl_scalar(long double x);   // |x|
+long double orksinhl_scalar(long double x);
+long double orkcoshl_scalar(long double x);
+long double orktanhl_scalar(long double x);
+void orksinhcoshl_scalar(long double x, long double* sinh_out, long double* cosh_out);
+long double orkasinhl_scalar(long double x);
+long double orkacoshl_scalar(long double x);
+long double orkatanhl_scalar(long double x);
 
 // (hi, lo) bit patterns of doubles, hi + lo = 2^(j/256) for j = -128..128 at
 // index j + 128; hi has at most 32 significant bits.
@@ -28,6 +35,8 @@ extern const uint64_t ork_ork_expl_table_256[257][2];
 extern const uint32_t ork_ork_rcp_table_256[256];
 // (hi, lo) with hi + lo = -ln c_i within 2^-93; hi has 40 significant bits.
 extern const uint64_t ork_ork_logl_table_256[256][2];
+// (T0, T1) with T0 + T1 = -ln c_i within 2^-75; T1 has 21 significant bits.
+extern const uint64_t ork_ork_log_table_256[256][2];
 
 }  // extern "C"
 
@@ -87,12 +96,15 @@ inline ld opaque(ld v) {
 }
 // x * 1.0: quiets a signalling NaN (invalid flag), passes the rest.
 inline ld quiet(ld x) { return x * opaque(1.0L); }
-// Squares a value of the special tables and drops the square: raises
+// Multiplies two values of the special tables and drops the product: raises
 // overflow or underflow (with inexact) on the x87 unit.
-inline void raise_by_square(ld v) {
-  ld sq = opaque(v) * v;
+inline void raise_by_square(ld a, ld b) {
+  ld sq = opaque(a) * b;
   asm volatile("" : : "t"(sq));
 }
+inline void raise_by_square(ld v) { raise_by_square(v, v); }
+// v squared, kept: +Inf with overflow or +0 with underflow.
+inline ld raise_and(ld v) { return opaque(v) * v; }
 
 // The default NaN of a domain error, +Inf * 0, and the infinity of a pole,
 // +-1 / 0, made in double precision on the SSE unit, then widened.
@@ -127,6 +139,7 @@ inline constexpr uint64_t kTwo63H = 0x43E8000000000000ull;  // 1.5 2^63
 inline constexpr uint64_t kTwo32H = 0x41F8000000000000ull;  // 1.5 2^32: multiples of 2^-31
 inline constexpr uint64_t kTwo48H = 0x42F8000000000000ull;  // 1.5 2^48: multiples of 2^-15
 inline constexpr uint64_t kTwo52H = 0x4338000000000000ull;  // 1.5 2^52: multiples of 2^-11
+inline constexpr uint64_t kTwo53H = 0x4348000000000000ull;  // 1.5 2^53: multiples of 2^-10
 inline constexpr uint64_t kTwo12H = 0x40B8000000000000ull;  // 6144: scale-free split
 inline constexpr uint64_t kTwo75 = 0x44A0000000000000ull;   // 2^75
 inline constexpr uint64_t kTwoM75 = 0x3B40000000000000ull;  // 2^-75
@@ -152,6 +165,16 @@ inline constexpr OrkX80Slot kLogP[6] = {
     slot(0x3FFC, 0xCCCCCCCCB4796149ull),  // 1/5
     slot(0xBFFC, 0xAAAAFBDE6BC3DEDDull),  // -1/6
     slot(0x3FFC, 0x92497ECBBF12A224ull),  // 1/7
+};
+
+// e^r - 1 - r = r^2 (P0 + P1 r + ...) for |r| <= ln 2 / 512: the polynomial
+// of the table exponential step.
+inline constexpr OrkX80Slot kExpP[5] = {
+    slot(0x3FFE, 0x8000000000000000ull),  // 0.5
+    slot(0x3FFC, 0xAAAAAAAAAAA0293Eull),  // 0.16666666666665733154
+    slot(0x3FFA, 0xAAAAAAAAAAA0E910ull),  // 0.041666666666664499419
+    slot(0x3FF8, 0x88888B443E6BDC82ull),  // 0.0083333358788653041915
+    slot(0x3FF5, 0xB60B6439B9331BC1ull),  // 0.0013888892980155268918
 };
 
 // The table exponential step: y = (256 k + j) ln 2 / 256 + r, |y| < 2^14,
@@ -184,19 +207,52 @@ inline int32_t exp_step_n(const ExpStep& s) { return s.k * 256 + s.j; }
 
 // The table logarithm step: ln(2^k (A + B)) for A + B in [1, 2) (or, with the
 // scale folded into c, A + B in [2^k, 2^(k+1))), A with at most 32 significant
-// bits so that A c is exact.  c is c_i, possibly scaled by 2^-k.
-inline ld table_log_step(ld A, ld B, int32_t k, unsigned i, ld c) {
+// bits so that A c is exact.  c is c_i, possibly scaled by 2^-k; hi + lo is
+// -ln c_i.
+inline ld table_log_step(ld A, ld B, int32_t k, ld c, ld hi, ld lo) {
   const ld r1 = A * c - 1.0L;
   const ld r2 = B * c;
   const ld r = r1 + r2;
   const ld z = r * r;
   const ld q = (value(kLogP[1]) + (value(kLogP[3]) + value(kLogP[5]) * z) * z) * r +
                ((value(kLogP[2]) + value(kLogP[4]) * z) * z + value(kLogP[0]));
-  const ld hi = dbl(ork_ork_logl_table_256[i][0]);
-  const ld lo = dbl(ork_ork_logl_table_256[i][1]);
   const ld kf = ld(k);
   return (r1 + (kf * dbl(kLn2[0]) + hi)) + ((r2 + z * q) + (dbl(kLn2[1]) * kf + lo));
 }
+inline ld table_log_step(ld A, ld B, int32_t k, unsigned i, ld c) {
+  return table_log_step(A, B, k, c, dbl(ork_ork_logl_table_256[i][0]), dbl(ork_ork_logl_table_256[i][1]));
+}
 inline ld rcp_c(unsigned i) { return flt(ork_ork_rcp_table_256[i]); }
+
+// A + B brought into [1, 2): v = A + B, k = its binary exponent, both parts
+// times 2^-k (exact), i the step of v.
+struct UnitSum {
+  ld A, B;
+  int32_t k;
+  unsigned i;
+};
+inline UnitSum to_unit(ld A, ld B) {
+  const ld v = A + B;
+  const uint32_t field = exponent_field(v);
+  const ld scale = power_of_two((0u - field - 2u) & 0x7FFFu);
+  return {A * scale, B * scale, int32_t(field) - 16383, step_index(v)};
+}
+
+// The short polynomial paths of the odd routines (sinh, tanh, asinh, atanh):
+// z = x^2, w = z^2.
+inline ld odd_q1(ld x, const OrkX80Slot* Q) {
+  const ld z = x * x, w = z * z;
+  return x + (((value(Q[3]) * w + value(Q[1])) * w + (w * value(Q[2]) + value(Q[0])) * z) * x);
+}
+inline ld odd_q2(ld x, const OrkX80Slot* Q) {
+  const ld z = x * x;
+  return x + (z * (value(Q[1]) * z + value(Q[0]))) * x;
+}
+inline ld odd_q3(ld x, const OrkX80Slot& Q) { return x + ((value(Q) * x) * x) * x; }
+
+// sign as an index (0 for +, 1 for -) and the constants it selects.
+inline unsigned sign_of(ld x) { return image(x).se >> 15; }
+inline constexpr OrkX80Slot kOnes[2] = {slot(0x3FFF, 0x8000000000000000ull),
+                                        slot(0xBFFF, 0x8000000000000000ull)};
 
 }  // namespace lux::x80

@@ -29,6 +29,24 @@ int exact_log(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_log(r, x, m
 int exact_log1p(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_log1p(r, x, m); }
 int exact_sqrt(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_sqrt(r, x, m); }
 int exact_abs(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_abs(r, x, m); }
+int exact_sinh(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_sinh(r, x, m); }
+int exact_cosh(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_cosh(r, x, m); }
+int exact_tanh(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_tanh(r, x, m); }
+int exact_asinh(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_asinh(r, x, m); }
+int exact_acosh(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_acosh(r, x, m); }
+int exact_atanh(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_atanh(r, x, m); }
+
+// The two results of the combined routine, one at a time.
+ld sinh_of_pair(ld x) {
+  ld s, c;
+  orksinhcoshl_scalar(x, &s, &c);
+  return s;
+}
+ld cosh_of_pair(ld x) {
+  ld s, c;
+  orksinhcoshl_scalar(x, &s, &c);
+  return c;
+}
 
 Region log_region(std::string name, int lo_exp, int hi_exp, bool both) {
   return {std::move(name), [=](luxtk::Rng& rng, long n, std::vector<ld>& out) {
@@ -53,6 +71,27 @@ Region splits_region(std::string name, std::vector<ld> points, int k) {
                 out.push_back(down);
               }
             }
+          }};
+}
+
+// The regions of sinh and cosh (and of their combined routine).
+std::vector<Region> sinh_cosh_regions() {
+  return {log_region("tiny, below 2^-75", -16445, -75, true),
+          log_region("2^-75 to 2^-5", -75, -5, true),
+          log_region("2^-5 to 0.5", -5, -1, true),
+          uniform_region("0.5 to 26.17", -26.17L, 26.17L),
+          uniform_region("26.17 to 11357.2", 26.17L, 11357.2L),
+          uniform_region("-11357.2 to -26.17", -11357.2L, -26.17L),
+          splits_region("path splits",
+                        {0x1p-75L, 0x1p-18L, 0x1p-17L, 0x1p-11L, 0x1p-10L, 0x1p-5L, 0.5L, -0.5L,
+                         26.166015625L, -26.166015625L, 11357.216553474703687L, -11357.216553474703687L},
+                        64)};
+}
+
+// 1 - t with t log-uniform in [2^-64, 2^-20]: where atanh x grows like a pole.
+Region near_one_region(std::string name) {
+  return {std::move(name), [](luxtk::Rng& rng, long n, std::vector<ld>& out) {
+            for (long i = 0; i < n; ++i) out.push_back(1.0L - log_uniform80(rng, -64, -20, false));
           }};
 }
 
@@ -166,6 +205,52 @@ const std::vector<Routine>& routines() {
         splits_region("table ends", {1.0L, 2.0L, 4.0L, 0x1p-16382L}, 64)},
        1.0,
        "complex Sqrt, Abs, the inverse functions"},
+      {"orksinhl_scalar", orksinhl_scalar, exact_sinh, sinh_cosh_regions(), 1.0, "complex Sin, Sinh, Cos"},
+      {"orkcoshl_scalar", orkcoshl_scalar, exact_cosh, sinh_cosh_regions(), 1.0, "complex Cos, Cosh, Sin"},
+      {"orksinhcoshl_scalar (sinh)", sinh_of_pair, exact_sinh, sinh_cosh_regions(), 1.0,
+       "complex Sin, Cos, Sinh, Cosh"},
+      {"orksinhcoshl_scalar (cosh)", cosh_of_pair, exact_cosh, sinh_cosh_regions(), 1.0,
+       "complex Sin, Cos, Sinh, Cosh"},
+      {"orktanhl_scalar",
+       orktanhl_scalar,
+       exact_tanh,
+       {log_region("tiny, below 2^-75", -16445, -75, true), log_region("2^-75 to 2^-7", -75, -7, true),
+        log_region("2^-7 to 0.5", -7, -1, true), uniform_region("0.5 to 4.7", -4.7L, 4.7L),
+        uniform_region("4.7 to 32", 4.7L, 32.0L), log_region("from 32", 5, 16384, true),
+        splits_region("path splits",
+                      {0x1p-75L, 0x1p-18L, 0x1p-12L, 0x1p-7L, 0.5L, -0.5L, 4.699951171875L, 32.0L}, 64)},
+       1.0,
+       "complex Tan, Tanh"},
+      {"orkasinhl_scalar",
+       orkasinhl_scalar,
+       exact_asinh,
+       {log_region("tiny, below 2^-75", -16445, -75, true), log_region("2^-75 to 2^-7", -75, -7, true),
+        log_region("2^-7 to 0.5", -7, -1, true), uniform_region("0.5 to 32", -32.0L, 32.0L),
+        log_region("32 to 2^38", 5, 38, true), log_region("2^38 to 2^16384", 38, 16384, true),
+        splits_region("path splits", {0x1p-75L, 0x1p-7L, 0.5L, -0.5L, 32.0L, 0x1p11L, 0x1p18L, 0x1p38L}, 64)},
+       // The leading part of its table term enters the low-order sum of the
+       // logarithm step, which costs up to an ulp beside the others.
+       2.0,
+       "complex Asinh, Asin"},
+      {"orkacoshl_scalar",
+       orkacoshl_scalar,
+       exact_acosh,
+       {uniform_region("1 to 1 + 2^-9", 1.0L, 1.0L + 0x1p-9L),
+        uniform_region("1 + 2^-9 to 1.25", 1.0L + 0x1p-9L, 1.25L), uniform_region("1.25 to 32", 1.25L, 32.0L),
+        log_region("32 to 2^34", 5, 34, false), log_region("2^34 to 2^16384", 34, 16384, false),
+        splits_region("path splits", {1.0L, 1.0L + 0x1p-9L, 1.25L, 32.0L, 0x1p11L, 0x1p18L, 0x1p34L}, 64)},
+       1.0,
+       "complex Acosh, Acos"},
+      {"orkatanhl_scalar",
+       orkatanhl_scalar,
+       exact_atanh,
+       {log_region("tiny, below 2^-75", -16445, -75, true), log_region("2^-75 to 2^-7", -75, -7, true),
+        log_region("2^-7 to 0.25", -7, -2, true), uniform_region("0.25 to 1", 0.25L, 1.0L),
+        uniform_region("-1 to -0.25", -1.0L, -0.25L), near_one_region("1 - 2^-20 to 1 - 2^-64"),
+        splits_region("path splits", {0x1p-75L, 0x1p-7L, 0.25L, -0.25L, 0.5L, std::nextafter(1.0L, 0.0L)},
+                      64)},
+       1.0,
+       "complex Atanh, Atan"},
       {"orkfabsl_scalar",
        orkfabsl_scalar,
        exact_abs,

@@ -9,6 +9,9 @@
 //   gen_extended_tables log    ork_ork_logl_table_256, i = 0..255:
 //                              hi = RN(-ln c_i) to 40 significant bits,
 //                              lo = RN(-ln c_i - hi)  (|hi + lo + ln c_i| < 2^-93)
+//   gen_extended_tables log2   ork_ork_log_table_256, i = 0..255, in the
+//                              reverse order: T1 = RN(-ln c_i) to 21
+//                              significant bits, T0 = RN(-ln c_i - T1)
 //   gen_extended_tables rsqrt  the reciprocal square roots of orksqrtl_scalar,
 //                              n = 0..512, a_n = 1 + n/256 (n <= 256),
 //                              2 + (n - 256)/128 above:
@@ -87,6 +90,25 @@ void print_log() {
   mpfr_clear(v);
 }
 
+void print_log2() {
+  mpfr_t v, h, l;
+  mpfr_init2(v, 256);
+  mpfr_init2(h, 21);
+  mpfr_init2(l, 256);
+  gen::print_generated_by(stdout, "extended_tables", "gen_extended_tables log2 > src/scalar/log_table.inc");
+  std::printf("// {T0, T1}: T1 = -ln c_i rounded to 21 significant bits, T0 = RN(-ln c_i - T1).\n");
+  for (int i = 0; i < 256; ++i) {
+    mpfr_set_d(v, rcp(i), MPFR_RNDN);
+    mpfr_log(v, v, MPFR_RNDN);
+    mpfr_neg(v, v, MPFR_RNDN);
+    mpfr_set(h, v, MPFR_RNDN);
+    mpfr_sub(l, v, h, MPFR_RNDN);
+    const double hd = mpfr_get_d(h, MPFR_RNDN), ld = mpfr_get_d(l, MPFR_RNDN);
+    gen::print_hex_row(stdout, "    ", gen::kHex64Ull, {bits_of(ld), bits_of(hd)}, "i = %d", i);
+  }
+  mpfr_clears(v, h, l, (mpfr_ptr)0);
+}
+
 void print_rsqrt() {
   mpfr_t v;
   mpfr_init2(v, 256);
@@ -109,7 +131,10 @@ void print_rsqrt() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  return gen::run_command(
-      argc, argv, "gen_extended_tables exp|rcp|log|rsqrt",
-      {{"exp", print_exp}, {"rcp", print_rcp}, {"log", print_log}, {"rsqrt", print_rsqrt}});
+  return gen::run_command(argc, argv, "gen_extended_tables exp|rcp|log|log2|rsqrt",
+                          {{"exp", print_exp},
+                           {"rcp", print_rcp},
+                           {"log", print_log},
+                           {"log2", print_log2},
+                           {"rsqrt", print_rsqrt}});
 }

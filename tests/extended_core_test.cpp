@@ -45,6 +45,7 @@ const ld kSNaN = x80(0x7FFF, 0xA000000000000000ull);  // signalling, payload kep
 const ld kQNaN = x80(0x7FFF, 0xC000000000000000ull);
 const ld kNegQNaN = x80(0xFFFF, 0xC000000000000000ull);
 const ld kMinDenormal = x80(0x0000, 0x0000000000000001ull);
+const ld kPi2 = x80(0x3FFF, 0xC90FDAA22168C235ull);  // pi/2 rounded to nearest
 
 enum Expect { kExact, kAnyNaN, kPosZero, kNegZero };
 struct Row {
@@ -137,6 +138,28 @@ TEST(ExtendedCore, SpecialValuesAndFlags) {
       {"atanh(+Inf)", orkatanhl_scalar, kInf, kAnyNaN, 0, kInvalid},
       {"atanh(-0)", orkatanhl_scalar, -0.0L, kNegZero, 0, 0},
       {"atanh of a denormal", orkatanhl_scalar, -kMinDenormal, kExact, -kMinDenormal, kUnderflow | kInexact},
+      // trigonometric functions
+      {"sin(-0)", orksinl_scalar, -0.0L, kNegZero, 0, 0},
+      {"sin(+Inf)", orksinl_scalar, kInf, kAnyNaN, 0, kInvalid},
+      {"sin(sNaN)", orksinl_scalar, kSNaN, kAnyNaN, 0, kInvalid},
+      {"sin(2^-80)", orksinl_scalar, 0x1p-80L, kExact, 0x1p-80L, kInexact},
+      {"cos(-0)", orkcosl_scalar, -0.0L, kExact, 1.0L, 0},
+      {"cos(2^-80)", orkcosl_scalar, 0x1p-80L, kExact, 1.0L, kInexact},
+      {"cos(-Inf)", orkcosl_scalar, -kInf, kAnyNaN, 0, kInvalid},
+      {"tan(-0)", orktanl_scalar, -0.0L, kNegZero, 0, 0},
+      {"tan(-Inf)", orktanl_scalar, -kInf, kAnyNaN, 0, kInvalid},
+      {"tan(-2^-80)", orktanl_scalar, -0x1p-80L, kExact, -0x1p-80L, kInexact},
+      {"atan(-Inf)", orkatanl_scalar, -kInf, kExact, -kPi2, kInexact},
+      {"atan(2^70)", orkatanl_scalar, 0x1p70L, kExact, kPi2, kInexact},
+      {"atan(-0)", orkatanl_scalar, -0.0L, kNegZero, 0, 0},
+      {"atan(1) = pi/4", orkatanl_scalar, 1.0L, kExact, kPi2 / 2, kInexact},
+      {"asin(-1)", orkasinl_scalar, -1.0L, kExact, -kPi2, kInexact},
+      {"asin(1 + ulp)", orkasinl_scalar, std::nextafter(1.0L, 2.0L), kAnyNaN, 0, kInvalid},
+      {"asin(-0)", orkasinl_scalar, -0.0L, kNegZero, 0, 0},
+      {"acos(1) = +0", orkacosl_scalar, 1.0L, kPosZero, 0, 0},
+      {"acos(-1) = pi", orkacosl_scalar, -1.0L, kExact, 2 * kPi2, kInexact},
+      {"acos(-0) = pi/2", orkacosl_scalar, -0.0L, kExact, kPi2, kInexact},
+      {"acos(-Inf)", orkacosl_scalar, -kInf, kAnyNaN, 0, kInvalid},
       // |x|
       {"fabs(-0) = +0", orkfabsl_scalar, -0.0L, kPosZero, 0, 0},
       {"fabs(-Inf)", orkfabsl_scalar, -kInf, kExact, kInf, 0},
@@ -166,19 +189,67 @@ TEST(ExtendedCore, SpecialValuesAndFlags) {
   }
 }
 
-// The odd routines are odd and cosh even, bit for bit, on every path; the
-// combined routine gives what the two separate ones give.
-TEST(ExtendedCore, HyperbolicSymmetryAndTheCombinedRoutine) {
+// atan2's special pairs, with the flags: (y, x, expected).
+TEST(ExtendedCore, Atan2SpecialPairs) {
+  struct Pair {
+    ld y, x;
+    Expect kind;
+    ld want;
+    uint32_t flags;
+  };
+  const ld qnan = kQNaN;
+  const Pair rows[] = {
+      {0.0L, 0.0L, kPosZero, 0, 0},
+      {-0.0L, 0.0L, kNegZero, 0, 0},
+      {0.0L, -0.0L, kExact, 2 * kPi2, kInexact},
+      {-0.0L, -0.0L, kExact, -2 * kPi2, kInexact},
+      {-0.0L, 5.0L, kNegZero, 0, 0},
+      {0.0L, -5.0L, kExact, 2 * kPi2, kInexact},
+      {kInf, kInf, kExact, kPi2 / 2, kInexact},
+      {-kInf, -kInf, kExact, x80(0xC000, 0x96CBE3F9990E91A8ull), kInexact},
+      {kInf, -3.0L, kExact, kPi2, kInexact},
+      {-3.0L, kInf, kNegZero, 0, 0},
+      {3.0L, -kInf, kExact, 2 * kPi2, kInexact},
+      {-3.0L, 0.0L, kExact, -kPi2, kInexact},
+      {qnan, 1.0L, kAnyNaN, 0, 0},
+      {1.0L, kSNaN, kAnyNaN, 0, kInvalid},
+      {0x1p-16400L, 1.0L, kExact, 0x1p-16400L, kUnderflow | kInexact},  // the plain quotient, denormal
+      {-3.0L, 0x1p100L, kExact, -3.0L * 0x1p-100L, kInexact},
+  };
+  for (const Pair& r : rows) {
+    lux::X87Guard64 guard;
+    asm volatile("fnclex" ::: "memory");
+    lux::write_mxcsr(lux::read_mxcsr() & ~0x3Fu);
+    volatile ld y = r.y, x = r.x;
+    const ld v = orkatan2l_scalar(y, x);
+    uint16_t sw;
+    asm volatile("fnstsw %0" : "=m"(sw));
+    const uint32_t flags = (sw | lux::read_mxcsr()) & kIeeeFlags;
+    const auto got = image(v), want = image(r.want);
+    const std::string what = luxcore::hex80(r.y) + ", " + luxcore::hex80(r.x) + " -> " + luxcore::hex80(v);
+    if (r.kind == kAnyNaN)
+      EXPECT_TRUE(std::isnan(v)) << what;
+    else if (r.kind == kExact)
+      EXPECT_TRUE(got.sig == want.sig && got.se == want.se) << what;
+    else
+      EXPECT_TRUE(got.sig == 0 && got.se == (r.kind == kNegZero ? 0x8000 : 0)) << what;
+    EXPECT_EQ(flags, r.flags) << what;
+  }
+}
+
+// The odd routines are odd and cos, cosh even, bit for bit, on every path;
+// the combined routines agree with the separate ones.
+TEST(ExtendedCore, SymmetryAndTheCombinedRoutines) {
   luxtk::Rng rng(luxtest::g_sweep.seed);
   struct Odd {
     const char* name;
     ld (*fn)(ld);
     int lo, hi;
   };
-  const Odd odd[] = {{"sinh", orksinhl_scalar, -90, 14},
-                     {"tanh", orktanhl_scalar, -90, 6},
-                     {"asinh", orkasinhl_scalar, -90, 16000},
-                     {"atanh", orkatanhl_scalar, -90, 0}};
+  const Odd odd[] = {{"sin", orksinl_scalar, -90, 16000},     {"tan", orktanl_scalar, -90, 16000},
+                     {"atan", orkatanl_scalar, -90, 16000},   {"asin", orkasinl_scalar, -90, 0},
+                     {"sinh", orksinhl_scalar, -90, 14},      {"tanh", orktanhl_scalar, -90, 6},
+                     {"asinh", orkasinhl_scalar, -90, 16000}, {"atanh", orkatanhl_scalar, -90, 0}};
   for (int i = 0; i < 2000; ++i) {
     for (const Odd& f : odd) {
       const ld x = luxcore::log_uniform80(rng, f.lo, f.hi, false);
@@ -188,6 +259,8 @@ TEST(ExtendedCore, HyperbolicSymmetryAndTheCombinedRoutine) {
     }
     const ld x = luxcore::log_uniform80(rng, -90, 13, true);  // finite results
     EXPECT_EQ(call(orkcoshl_scalar, x).value, call(orkcoshl_scalar, -x).value) << luxcore::hex80(x);
+    const ld big = luxcore::log_uniform80(rng, -90, 16000, false);
+    EXPECT_EQ(call(orkcosl_scalar, big).value, call(orkcosl_scalar, -big).value) << luxcore::hex80(big);
     ld s, c;
     {
       lux::X87Guard64 guard;
@@ -201,6 +274,14 @@ TEST(ExtendedCore, HyperbolicSymmetryAndTheCombinedRoutine) {
     if (std::fabs(x) >= 0.5L) {
       EXPECT_EQ(c, c1) << luxcore::hex80(x);
     }
+    // The same for sine and cosine.
+    {
+      lux::X87Guard64 guard;
+      orksincosl_scalar(big, &s, &c);
+    }
+    const ld s2 = call(orksinl_scalar, big).value, c2 = call(orkcosl_scalar, big).value;
+    EXPECT_LE(std::fabs(s - s2), 0x1p-63L) << luxcore::hex80(big);
+    EXPECT_LE(std::fabs(c - c2), 0x1p-63L) << luxcore::hex80(big);
   }
 }
 

@@ -23,6 +23,14 @@ long double orksinhl_scalar(long double x);
 long double orkcoshl_scalar(long double x);
 long double orktanhl_scalar(long double x);
 void orksinhcoshl_scalar(long double x, long double* sinh_out, long double* cosh_out);
+long double orksinl_scalar(long double x);
+long double orkcosl_scalar(long double x);
+long double orktanl_scalar(long double x);
+void orksincosl_scalar(long double x, long double* sin_out, long double* cos_out);
+long double orkatanl_scalar(long double x);
+long double orkatan2l_scalar(long double y, long double x);  // the angle of (x, y)
+long double orkasinl_scalar(long double x);
+long double orkacosl_scalar(long double x);
 long double orkasinhl_scalar(long double x);
 long double orkacoshl_scalar(long double x);
 long double orkatanhl_scalar(long double x);
@@ -154,6 +162,17 @@ inline constexpr OrkX80Slot kSmallValue[2] = {slot(0x18EF, 0x8000000000000000ull
                                               slot(0x98EF, 0x8000000000000000ull)};
 inline constexpr OrkX80Slot kLargeValue[2] = {slot(0x670F, 0x8000000000000000ull),
                                               slot(0xE70F, 0x8000000000000000ull)};
+// 2^-10000 + 1, dropped: raises inexact alone.
+inline void raise_inexact() {
+  ld v = opaque(value(kSmallValue[0])) + 1.0L;
+  asm volatile("" : : "t"(v));
+}
+
+// pi/2 and pi rounded to the format (up, in their last bit), both signs.
+inline constexpr OrkX80Slot kPi2l[2] = {slot(0x3FFF, 0xC90FDAA22168C235ull),
+                                        slot(0xBFFF, 0xC90FDAA22168C235ull)};
+inline constexpr OrkX80Slot kPi0l[2] = {slot(0x4000, 0xC90FDAA22168C235ull),
+                                        slot(0xC000, 0xC90FDAA22168C235ull)};
 
 // ln(1 + r) - r + r^2/2 ... as r^2 q(r): the logarithm polynomial shared by
 // the table logarithm step of ln, log1p and the inverse hyperbolics.

@@ -35,18 +35,24 @@ int exact_tanh(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_tanh(r, x,
 int exact_asinh(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_asinh(r, x, m); }
 int exact_acosh(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_acosh(r, x, m); }
 int exact_atanh(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_atanh(r, x, m); }
+int exact_sin(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_sin(r, x, m); }
+int exact_cos(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_cos(r, x, m); }
+int exact_tan(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_tan(r, x, m); }
+int exact_atan(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_atan(r, x, m); }
+int exact_asin(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_asin(r, x, m); }
+int exact_acos(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t m) { return mpfr_acos(r, x, m); }
 
-// The two results of the combined routine, one at a time.
-ld sinh_of_pair(ld x) {
-  ld s, c;
-  orksinhcoshl_scalar(x, &s, &c);
-  return s;
+// One of the two results of a combined routine (sinh-cosh, sin-cos).
+template <void (*Both)(ld, ld*, ld*), int Which>
+ld one_of_pair(ld x) {
+  ld r[2];
+  Both(x, &r[0], &r[1]);
+  return r[Which];
 }
-ld cosh_of_pair(ld x) {
-  ld s, c;
-  orksinhcoshl_scalar(x, &s, &c);
-  return c;
-}
+constexpr auto sinh_of_pair = one_of_pair<orksinhcoshl_scalar, 0>;
+constexpr auto cosh_of_pair = one_of_pair<orksinhcoshl_scalar, 1>;
+constexpr auto sin_of_pair = one_of_pair<orksincosl_scalar, 0>;
+constexpr auto cos_of_pair = one_of_pair<orksincosl_scalar, 1>;
 
 Region log_region(std::string name, int lo_exp, int hi_exp, bool both) {
   return {std::move(name), [=](luxtk::Rng& rng, long n, std::vector<ld>& out) {
@@ -86,6 +92,46 @@ std::vector<Region> sinh_cosh_regions() {
                         {0x1p-75L, 0x1p-18L, 0x1p-17L, 0x1p-11L, 0x1p-10L, 0x1p-5L, 0.5L, -0.5L,
                          26.166015625L, -26.166015625L, 11357.216553474703687L, -11357.216553474703687L},
                         64)};
+}
+
+// The trigonometric regions: the short paths, the reduction's three forms,
+// and the arguments nearest multiples of pi/2 that fit the format.
+std::vector<Region> trig_regions() {
+  return {log_region("tiny, below 2^-75", -16445, -75, true),
+          log_region("2^-75 to 2^-5", -75, -5, true),
+          uniform_region("-pi/4 to pi/4", -0.78539816339744830962L, 0.78539816339744830962L),
+          uniform_region("-100 to 100", -100.0L, 100.0L),
+          log_region("2^-5 to 2^17", -5, 17, true),
+          log_region("2^17 to 2^30", 17, 30, true),
+          log_region("2^30 to 2^16384", 30, 16384, true),
+          splits_region("near multiples of pi/2",
+                        {1.57079632679489661923L, 3.14159265358979323846L, 4.71238898038468985769L,
+                         0x1.921fb54442d18469898cc51701b8p+16L, 0x1.921fb54442d18469898cc51701b8p+20L,
+                         0x1p17L, 0x1p30L, 0xc.90fdaa22168c235p+16380L},
+                        64)};
+}
+
+// (y, x) pairs for atan2: both magnitudes log-uniform over [2^lo, 2^hi),
+// all four quadrants.
+Region pair_region(std::string name, int lo, int hi) {
+  return {std::move(name), [=](luxtk::Rng& rng, long n, std::vector<ld>& out) {
+            for (long i = 0; i < n; ++i) {
+              out.push_back(log_uniform80(rng, lo, hi, true));
+              out.push_back(log_uniform80(rng, lo, hi, true));
+            }
+          }};
+}
+// Pairs whose ratio |y/x| is 2^d with d uniform in [dlo, dhi].
+Region ratio_region(std::string name, int dlo, int dhi) {
+  return {std::move(name), [=](luxtk::Rng& rng, long n, std::vector<ld>& out) {
+            for (long i = 0; i < n; ++i) {
+              const ld x = log_uniform80(rng, -100, 100, true);
+              const int d = dlo + int(rng.next() % uint64_t(dhi - dlo + 1));
+              const ld y = std::ldexp(log_uniform80(rng, 0, 1, true), d) * std::fabs(x);
+              out.push_back(y);
+              out.push_back(x);
+            }
+          }};
 }
 
 // 1 - t with t log-uniform in [2^-64, 2^-20]: where atanh x grows like a pole.
@@ -196,7 +242,7 @@ const std::vector<Routine>& routines() {
                        0x1p32L, 0x1p74L},
                       64)},
        1.0,
-       "complex Ln near |z| = 1, the inverse hyperbolics"},
+       "complex Ln near the unit circle, the inverse hyperbolics"},
       {"orksqrtl_scalar",
        orksqrtl_scalar,
        exact_sqrt,
@@ -251,6 +297,50 @@ const std::vector<Routine>& routines() {
                       64)},
        1.0,
        "complex Atanh, Atan"},
+      {"orksinl_scalar", orksinl_scalar, exact_sin, trig_regions(), 1.0, "complex Sin, Cos, Sinh, Cosh, Exp"},
+      {"orkcosl_scalar", orkcosl_scalar, exact_cos, trig_regions(), 1.0, "complex Sin, Cos, Sinh, Cosh, Exp"},
+      {"orksincosl_scalar (sin)", sin_of_pair, exact_sin, trig_regions(), 1.0, "complex Exp, Sin, Cos"},
+      {"orksincosl_scalar (cos)", cos_of_pair, exact_cos, trig_regions(), 1.0, "complex Exp, Sin, Cos"},
+      {"orktanl_scalar", orktanl_scalar, exact_tan, trig_regions(), 1.0, "complex Tan, Tanh"},
+      {"orkatanl_scalar",
+       orkatanl_scalar,
+       exact_atan,
+       {log_region("tiny, below 2^-75", -16445, -75, true), log_region("2^-75 to 2^-7", -75, -7, true),
+        uniform_region("-1 to 1", -1.0L, 1.0L), log_region("2^-7 to 2^11", -7, 11, true),
+        log_region("2^11 to 2^65", 11, 65, true), log_region("from 2^65", 65, 16384, true),
+        splits_region("path splits", {0x1p-12L, 0x1p-7L, 1.0L, -1.0L, 0x1p11L, 0x1p65L}, 64)},
+       1.0,
+       "complex Atan, Atanh, Ln"},
+      {"orkatan2l_scalar",
+       nullptr,
+       nullptr,
+       {pair_region("moderate, 2^-20 to 2^20", -20, 20),
+        pair_region("any, 2^-16445 to 2^16384", -16445, 16384), ratio_region("ratios 2^-12 to 2^12", -12, 12),
+        ratio_region("ratios 2^-80 to 2^-12", -80, -12), ratio_region("ratios 2^12 to 2^80", 12, 80),
+        pair_region("both tiny, below 2^-16000", -16445, -16000),
+        pair_region("both huge, from 2^16000", 16000, 16384)},
+       1.0,
+       "complex Arg, Ln, Atan, Asin, Acos",
+       orkatan2l_scalar,
+       mpfr_atan2},
+      {"orkasinl_scalar",
+       orkasinl_scalar,
+       exact_asin,
+       {log_region("tiny, below 2^-75", -16445, -75, true), log_region("2^-75 to 2^-7", -75, -7, true),
+        uniform_region("-0.5 to 0.5", -0.5L, 0.5L), uniform_region("0.5 to 1", 0.5L, 1.0L),
+        uniform_region("-1 to -0.5", -1.0L, -0.5L), near_one_region("1 - 2^-20 to 1 - 2^-64"),
+        splits_region("path splits", {0x1p-12L, 0x1p-7L, 0.25L, 0.5L, -0.5L, 1.0L}, 64)},
+       1.0,
+       "complex Asin, Acos"},
+      {"orkacosl_scalar",
+       orkacosl_scalar,
+       exact_acos,
+       {log_region("tiny, below 2^-75", -16445, -75, true), log_region("2^-75 to 2^-7", -75, -7, true),
+        uniform_region("-0.5 to 0.5", -0.5L, 0.5L), uniform_region("0.5 to 1", 0.5L, 1.0L),
+        uniform_region("-1 to -0.5", -1.0L, -0.5L), near_one_region("1 - 2^-20 to 1 - 2^-64"),
+        splits_region("path splits", {0x1p-12L, 0x1p-7L, 0.25L, 0.5L, -0.5L, 1.0L, -1.0L}, 64)},
+       1.0,
+       "complex Acos, Asin"},
       {"orkfabsl_scalar",
        orkfabsl_scalar,
        exact_abs,
@@ -264,27 +354,38 @@ const std::vector<Routine>& routines() {
 Result sweep(const Routine& r, uint64_t seed, long n) {
   Result res;
   luxtk::Rng rng(seed);
-  Mp x, y;
+  Mp x, x2, y;
   lux::X87Guard64 guard;
   for (const Region& reg : r.regions) {
     std::vector<ld> in;
     reg.draw(rng, n, in);
     Worst w;
-    for (const ld v : in) {
-      const ld got = r.fn(v);
+    const size_t step = r.fn2 ? 2 : 1;
+    for (size_t k = 0; k + step <= in.size(); k += step) {
+      const ld v = in[k], v2 = r.fn2 ? in[k + 1] : 0;
       mpfr_set_ld(x.v, v, MPFR_RNDN);
-      r.exact(y.v, x.v, MPFR_RNDN);
+      ld got;
+      if (r.fn2) {
+        got = r.fn2(v, v2);
+        mpfr_set_ld(x2.v, v2, MPFR_RNDN);
+        r.exact2(y.v, x.v, x2.v, MPFR_RNDN);
+      } else {
+        got = r.fn(v);
+        r.exact(y.v, x.v, MPFR_RNDN);
+      }
       const double err = ulp_error80(got, y.v);
       ++w.count;
       if (err > w.ulps || (w.count == 1 && err == 0)) {
         w.ulps = err;
         w.x = v;
+        w.y = v2;
         w.got = got;
       }
     }
     if (w.ulps > res.overall.ulps || res.overall.count == 0) {
       res.overall.ulps = w.ulps;
       res.overall.x = w.x;
+      res.overall.y = w.y;
       res.overall.got = w.got;
     }
     res.overall.count += w.count;

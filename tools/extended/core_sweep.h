@@ -28,6 +28,8 @@ ld round_to_80(mpfr_srcptr exact);
 ld log_uniform80(luxtk::Rng& rng, int lo_exp, int hi_exp, bool both_signs);
 ld uniform80(luxtk::Rng& rng, ld lo, ld hi);
 
+// The inputs of one region; a two-argument routine's points stand as pairs
+// (first argument, second argument) one after the other.
 struct Region {
   std::string name;
   std::function<void(luxtk::Rng&, long n, std::vector<ld>& out)> draw;
@@ -40,6 +42,9 @@ struct Routine {
   std::vector<Region> regions;
   double bound;     // ulps of the 64-bit significand
   const char* use;  // what stands on it, for the report
+  // Two-argument routines (atan2) instead of fn and exact.
+  ld (*fn2)(ld, ld) = nullptr;
+  luxtk::MpfrBinary exact2 = nullptr;
 };
 
 // The routines of the core and their sweep regions.
@@ -47,7 +52,7 @@ const std::vector<Routine>& routines();
 
 struct Worst {
   double ulps = 0;
-  ld x = 0, got = 0;
+  ld x = 0, y = 0, got = 0;  // y: the second argument of a two-argument routine
   long count = 0;
 };
 struct Result {

@@ -1,0 +1,7 @@
+// luxsDiv_32fc_A11: Div on complex lanes, binary32, the formula.
+// No warnings: zero divisors, infinities and NaNs go through the arithmetic.
+#include "complex/cmul_drivers.h"
+
+LUXVM_EXPORT luxStatus luxsDiv_32fc_A11(const lux32fc* src1, const lux32fc* src2, lux32fc* dst, int len) {
+  return lux::cplx::low32<lux::cplx::Op::kDiv>(src1, src2, dst, len);
+}

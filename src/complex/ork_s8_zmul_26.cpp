@@ -1,0 +1,7 @@
+// luxsMul_64fc_A26: Mul on complex lanes, binary64, the formula.
+// No warnings: zero divisors, infinities and NaNs go through the arithmetic.
+#include "complex/cmul_drivers.h"
+
+LUXVM_EXPORT luxStatus luxsMul_64fc_A26(const lux64fc* src1, const lux64fc* src2, lux64fc* dst, int len) {
+  return lux::cplx::low64<lux::cplx::Op::kMul>(src1, src2, dst, len);
+}

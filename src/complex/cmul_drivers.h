@@ -107,12 +107,12 @@ inline luxStatus high64(const lux64fc* src1, const lux64fc* src2, lux64fc* dst, 
   double* out = reinterpret_cast<double*>(dst);
   int i = 0;
   for (; i + 2 <= len; i += 2) {
-    uint64_t w[8];
-    __builtin_memcpy(&w[0], a + 2 * i, 32);
-    __builtin_memcpy(&w[4], b + 2 * i, 32);
-    bool pair = true;
-    for (const uint64_t x : w) pair = pair && form_a_word(x);
-    if (pair) {
+    uint64_t w0[4], w1[4];
+    __builtin_memcpy(&w0[0], a + 2 * i, 16);
+    __builtin_memcpy(&w0[2], b + 2 * i, 16);
+    __builtin_memcpy(&w1[0], a + 2 * i + 2, 16);
+    __builtin_memcpy(&w1[2], b + 2 * i + 2, 16);
+    if (form_a_lane<K>(w0) && form_a_lane<K>(w1)) {
       const __m128d a0 = _mm_loadu_pd(a + 2 * i), a1 = _mm_loadu_pd(a + 2 * i + 2);
       const __m128d b0 = _mm_loadu_pd(b + 2 * i), b1 = _mm_loadu_pd(b + 2 * i + 2);
       __m128d re, im;

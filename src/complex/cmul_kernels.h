@@ -93,17 +93,37 @@ inline __m128d row(const uint64_t (&r)[2]) { return _mm_load_pd(reinterpret_cast
 inline constexpr uint32_t kFormASub = 0xA1B00000u;          // flSub
 inline constexpr int32_t kFormACmp = int32_t(0xBE300000u);  // flCmp
 
-inline bool form_a_word(uint64_t bits) {
+// A divisor's components stop one binade lower, below 2^510: from there
+// 1/(c^2 + d^2) would be subnormal and lose the bits the quotient needs.
+inline constexpr int32_t kFormACmpDivisor = int32_t(0xBE200000u);
+
+inline bool form_a_word(uint64_t bits, int32_t cmp = kFormACmp) {
   const uint32_t hw = uint32_t(bits >> 32) & 0x7FFFFFFFu;
-  return int32_t(hw - kFormASub) <= kFormACmp;
+  return int32_t(hw - kFormASub) <= cmp;
+}
+// All four components of a lane (a's two, then b's) qualify for form A.
+template <Op K>
+inline bool form_a_lane(const uint64_t* w) {
+  constexpr int32_t divisor_cmp = K == Op::kDiv ? kFormACmpDivisor : kFormACmp;
+  return form_a_word(w[0]) && form_a_word(w[1]) && form_a_word(w[2], divisor_cmp) &&
+         form_a_word(w[3], divisor_cmp);
 }
 
 inline __m128d split_high(__m128d v) { return _mm_and_pd(v, row(kHigh.high26_mask)); }
 
+// Veltkamp's split by 2^27 + 1: a head and a signed tail of 26 bits each,
+// so that every partial product of two split factors is exact.  (A mask
+// leaves a 27-bit tail, whose square can round: in a sum that cancels to
+// the products' last bits that rounding is a whole ulp of the result.)
+inline __m128d veltkamp_high(__m128d x) {
+  const __m128d t = _mm_mul_pd(x, _mm_set1_pd(134217729.0));
+  return _mm_sub_pd(t, _mm_sub_pd(t, x));
+}
+
 // The exact error of the rounded product big = u v: big + e = u v.
 inline __m128d product_error(__m128d u, __m128d v, __m128d big) {
-  const __m128d uh = split_high(u), ul = _mm_sub_pd(u, uh);
-  const __m128d vh = split_high(v), vl = _mm_sub_pd(v, vh);
+  const __m128d uh = veltkamp_high(u), ul = _mm_sub_pd(u, uh);
+  const __m128d vh = veltkamp_high(v), vl = _mm_sub_pd(v, vh);
   __m128d e = _mm_sub_pd(_mm_mul_pd(uh, vh), big);
   e = _mm_add_pd(e, _mm_mul_pd(uh, vl));
   e = _mm_add_pd(e, _mm_mul_pd(ul, vh));
@@ -129,6 +149,24 @@ inline TwoTerm two_term_sum(__m128d u1, __m128d v1, __m128d u2, __m128d v2) {
   const __m128d s = _mm_add_pd(big, small);
   const __m128d e_sum = _mm_add_pd(_mm_sub_pd(big, s), small);
   return {s, _mm_add_pd(_mm_add_pd(e_small, e_big), e_sum)};
+}
+
+// u1 v1 + u2 v2 as a normalised head and tail good to about 2^-100 of the
+// sum, however much its terms cancel: the four exact parts (two rounded
+// products and their errors) gathered by error-free additions.
+inline __m128d sum_error(__m128d a, __m128d b, __m128d s) {
+  const __m128d bb = _mm_sub_pd(s, a);
+  return _mm_add_pd(_mm_sub_pd(a, _mm_sub_pd(s, bb)), _mm_sub_pd(b, bb));
+}
+inline TwoTerm exact_two_term_sum(__m128d u1, __m128d v1, __m128d u2, __m128d v2) {
+  const __m128d t1 = _mm_mul_pd(u1, v1), t2 = _mm_mul_pd(u2, v2);
+  const __m128d e1 = product_error(u1, v1, t1), e2 = product_error(u2, v2, t2);
+  const __m128d s = _mm_add_pd(t1, t2), es = sum_error(t1, t2, s);
+  const __m128d a1 = _mm_add_pd(s, e1), b1 = sum_error(s, e1, a1);
+  const __m128d a2 = _mm_add_pd(a1, e2), b2 = sum_error(a1, e2, a2);
+  const __m128d low = _mm_add_pd(_mm_add_pd(b1, b2), es);
+  const __m128d head = _mm_add_pd(a2, low);
+  return {head, _mm_sub_pd(low, _mm_sub_pd(head, a2))};
 }
 
 // Form A on two lanes whose parts stand as vectors (p0, p1), (q0, q1), ...
@@ -164,8 +202,10 @@ inline void form_a(__m128d p, __m128d q, __m128d c, __m128d d, __m128d* re, __m1
     t = _mm_sub_pd(t, _mm_mul_pd(Sl, rl));
     t = _mm_sub_pd(t, _mm_mul_pd(E, r));
     const __m128d r1 = _mm_mul_pd(_mm_mul_pd(_mm_add_pd(one, t), t), r);
-    const TwoTerm nre = two_term_sum(p, c, q, d);
-    const TwoTerm nim = two_term_sum(q, c, _mm_mul_pd(p, neg), d);
+    // The numerators exactly enough that a part cancelling to a few of its
+    // terms' ulps still comes out to its last bits.
+    const TwoTerm nre = exact_two_term_sum(p, c, q, d);
+    const TwoTerm nim = exact_two_term_sum(q, c, _mm_mul_pd(p, neg), d);
     // (Nh + NL)(r + r1) with the leading product rh Nh exact: the result
     // rounds once, in the last addition.
     const auto quotient = [r, rh, rl, r1](const TwoTerm& n) {
@@ -182,7 +222,7 @@ inline void form_a(__m128d p, __m128d q, __m128d c, __m128d d, __m128d* re, __m1
 
 // Form B: the same steps in x87 extended, factors split by Veltkamp with
 // 2^33 + 1 (32-bit halves, exact products), sums as two-sum pairs.
-inline ld veltkamp_high(ld x) {
+inline ld veltkamp_high_x87(ld x) {
   const ld s = x * 8589934593.0L;  // _LD_CONSTS, 2^33 + 1
   return s - (s - x);
 }
@@ -191,8 +231,8 @@ struct LdSum {
 };
 inline LdSum exact_product(ld u, ld v) {
   const ld big = u * v;
-  const ld uh = veltkamp_high(u), ul = u - uh;
-  const ld vh = veltkamp_high(v), vl = v - vh;
+  const ld uh = veltkamp_high_x87(u), ul = u - uh;
+  const ld vh = veltkamp_high_x87(v), vl = v - vh;
   return {big, (((uh * vh - big) + uh * vl) + ul * vh) + ul * vl};
 }
 inline LdSum two_sum(ld a, ld b) {
@@ -222,7 +262,7 @@ inline void high_lane(const double* a, const double* b, double* out) {
   uint64_t w[4];
   __builtin_memcpy(&w[0], &a[0], 16);
   __builtin_memcpy(&w[2], &b[0], 16);
-  if (form_a_word(w[0]) && form_a_word(w[1]) && form_a_word(w[2]) && form_a_word(w[3])) {
+  if (form_a_lane<K>(w)) {
     __m128d re, im;
     form_a<K>(_mm_set1_pd(p), _mm_set1_pd(q), _mm_set1_pd(c), _mm_set1_pd(d), &re, &im);
     _mm_storel_pd(out, re);

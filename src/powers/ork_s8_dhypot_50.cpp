@@ -1,0 +1,8 @@
+// luxsHypot_64f_A50: sqrt(x^2 + y^2), the arithmetic of the A53 tier, bit for bit.
+// max error TBD
+#include "powers/hypot_kernel.h"
+
+LUXVM_EXPORT luxStatus luxsHypot_64f_A50(const lux64f* src1, const lux64f* src2, lux64f* dst, int len) {
+  if (const luxStatus e = lux::check_entry(len, src1, src2, dst)) return e;
+  return lux::hypot::run64(src1, src2, dst, len);
+}

@@ -1,0 +1,8 @@
+// luxsHypot_32f_A24: sqrt(x^2 + y^2), squares as a two-word sum, root by a Newton step from rsqrtps and a
+// residual correction. max error TBD
+#include "powers/hypot_kernel.h"
+
+LUXVM_EXPORT luxStatus luxsHypot_32f_A24(const lux32f* src1, const lux32f* src2, lux32f* dst, int len) {
+  if (const luxStatus e = lux::check_entry(len, src1, src2, dst)) return e;
+  return lux::hypot::run32(src1, src2, dst, len);
+}

@@ -1,5 +1,5 @@
 // luxsInvCbrt_32f_A24: x^(-1/3), a degree-8 polynomial in binary64, narrowed.
-// max error TBD
+// max error 0.862 ulp at x = 0x1.066afcp+3
 #include "powers/cbrt_s_kernel.h"
 
 LUXVM_EXPORT luxStatus luxsInvCbrt_32f_A24(const lux32f* src, lux32f* dst, int len) {

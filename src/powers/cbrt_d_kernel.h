@@ -1,5 +1,5 @@
 // The binary64 cube-root kernel behind Cbrt, InvCbrt and Pow2o3: two lanes
-// a block, the exponent divided by three with integer operations, the
+// at a time, the exponent divided by three with integer operations, the
 // significand through a 32-entry table and a short polynomial.
 //
 // For x = 2^(e - 1023) * z, z in [1, 2), e = 3q + rem:
@@ -42,41 +42,47 @@ enum class CbrtFinish {
   lux::Row32 flExpOne = lux::row32(0x00100000);                                               \
   lux::Row32 flExpTop = lux::row32(0x7FE00000);                                               \
   lux::Row64 dbAbsMask = lux::row64(0x7FFFFFFFFFFFFFFF);                                      \
-  lux::Row64 dbInf = lux::row64(0x7FF0000000000000);
+  lux::Row64 dbInf = lux::row64(0x7FF0000000000000);                                          \
+  lux::Row64 dbExpField = lux::row64(0x7FF);                                                  \
+  lux::Row64 dbThirdMul = lux::row64(0x1556);    /* floor(e/3) = (e*0x1556) >> 14 */          \
+  lux::Row64 dbRcpOffMask = lux::row64(31 << 3); /* 8*i */
 
 // U, the unit:
 //   U::tab         its table: the rows above, dRcp[32] (RCP bits), dT[96][2]
 //                  ({T, TL} bits), dbPoly[U::kDegree] (Horner, innermost
 //                  first) and dbBack (the denormal result's factor, 2^-332
 //                  or 2^332);
-//   U::kInverse    1/cbrt (exponent field 0x554 - q) or cbrt (0x2AA + q);
+//   U::kInverse    1/cbrt (exponent field 0x554 - q) or cbrt (0x2AA + q),
+//                  with dbScaleBias 0x554 or 0x2AA;
 //   U::kWithLow    whether TL enters the sum;
 //   U::kFinish     the finish above.
 template <class U>
 struct Cbrt64 {
-  // The arithmetic of two normal lanes (any sign).
+  // The arithmetic of two normal lanes (any sign).  The exponent's third,
+  // the scale and the table offsets are made in the vector unit, one
+  // binary64 lane a 64-bit integer lane; only the two row addresses leave it.
   static __m128d core(__m128d x) {
     const auto& t = U::tab;
     const __m128i xi = as_int(x);
-    const __m128i hw = high_words(x);
-    const uint32_t h[2] = {uint32_t(_mm_cvtsi128_si32(hw)),
-                           uint32_t(_mm_cvtsi128_si32(_mm_srli_si128(hw, 4)))};
-    int idx[2];
-    uint32_t s_hi[2];
-    for (int l = 0; l < 2; ++l) {
-      const uint32_t e = (h[l] >> 20) & 0x7FF;
-      const uint32_t q = (e * 0x1556) >> 14;
-      const uint32_t rem = e - 3 * q;
-      idx[l] = int(rem * 32 + ((h[l] >> 15) & 31));
-      // The scale's exponent worked out with the sign bit beside it.
-      const uint32_t field = ((h[l] >> 20) & 0x800) + (U::kInverse ? 0x554 - q : 0x2AA + q);
-      s_hi[l] = field << 20;
-    }
-    const __m128d s = as_pd(_mm_set_epi32(int(s_hi[1]), 0, int(s_hi[0]), 0));
-    const double* rcp = reinterpret_cast<const double*>(t.dRcp);
-    const __m128d rc = _mm_loadh_pd(_mm_load_sd(rcp + ((h[0] >> 15) & 31)), rcp + ((h[1] >> 15) & 31));
-    const __m128d row0 = _mm_load_pd(reinterpret_cast<const double*>(t.dT[idx[0]]));
-    const __m128d row1 = _mm_load_pd(reinterpret_cast<const double*>(t.dT[idx[1]]));
+    const __m128i e = _mm_and_si128(_mm_srli_epi64(xi, 52), t.dbExpField.pi());
+    const __m128i q = _mm_srli_epi64(_mm_mul_epu32(e, t.dbThirdMul.pi()), 14);
+    const __m128i rem = _mm_sub_epi64(e, _mm_add_epi64(_mm_add_epi64(q, q), q));
+    const __m128i field =
+        U::kInverse ? _mm_sub_epi64(t.dbScaleBias.pi(), q) : _mm_add_epi64(q, t.dbScaleBias.pi());
+    const __m128d s = as_pd(_mm_or_si128(_mm_slli_epi64(field, 52), _mm_andnot_si128(t.dbAbsMask.pi(), xi)));
+    // i = top five significand bits: byte offsets 8*i into RCP and
+    // 16*(32*rem + i) into the rows of {T, TL}.
+    const __m128i i8 = _mm_and_si128(_mm_srli_epi64(xi, 44), t.dbRcpOffMask.pi());
+    const __m128i off = _mm_unpacklo_epi64(i8, _mm_or_si128(_mm_slli_epi64(rem, 9), _mm_slli_epi64(i8, 1)));
+    const __m128i offh = _mm_unpackhi_epi64(i8, _mm_or_si128(_mm_slli_epi64(rem, 9), _mm_slli_epi64(i8, 1)));
+    const char* rcp = reinterpret_cast<const char*>(t.dRcp);
+    const char* rows = reinterpret_cast<const char*>(t.dT);
+    const int r0 = _mm_cvtsi128_si32(off), r1 = _mm_cvtsi128_si32(offh);
+    const int t0 = _mm_cvtsi128_si32(_mm_srli_si128(off, 8)), t1 = _mm_cvtsi128_si32(_mm_srli_si128(offh, 8));
+    const __m128d rc = _mm_loadh_pd(_mm_load_sd(reinterpret_cast<const double*>(rcp + r0)),
+                                    reinterpret_cast<const double*>(rcp + r1));
+    const __m128d row0 = _mm_load_pd(reinterpret_cast<const double*>(rows + t0));
+    const __m128d row1 = _mm_load_pd(reinterpret_cast<const double*>(rows + t1));
     const __m128d tt = _mm_unpacklo_pd(row0, row1), tl = _mm_unpackhi_pd(row0, row1);
 
     const __m128d negz = as_pd(_mm_or_si128(_mm_and_si128(xi, t.dbSigMask.pi()), t.dbMinusOne.pi()));
@@ -115,17 +121,22 @@ struct Cbrt64 {
   }
 };
 
-// The block-redo kernel of two lanes and its lane routine.
+// The block-redo kernel and its lane routine.
 template <class U>
 struct Cbrt64Kernel {
   const double* src;
   double* dst;
   CallState<double>& call;
 
+  // Two pairs a block, for two independent chains in flight; a pair that
+  // fails sends both through the lane routine, whose arithmetic on normal
+  // lanes is the same, so a lane's bits do not depend on its block.
   bool block(int i) {
-    const __m128d x = load2(src + i);
-    if (__builtin_expect(!Cbrt64<U>::pair_normal(x), 0)) return false;
-    store2(dst + i, Cbrt64<U>::core(x));
+    const __m128d x0 = load2(src + i), x1 = load2(src + i + 2);
+    if (__builtin_expect(!(Cbrt64<U>::pair_normal(x0) & Cbrt64<U>::pair_normal(x1)), 0)) return false;
+    const __m128d y0 = Cbrt64<U>::core(x0), y1 = Cbrt64<U>::core(x1);
+    store2(dst + i, y0);
+    store2(dst + i + 2, y1);
     return true;
   }
 
@@ -183,7 +194,7 @@ inline luxStatus run_cbrt64(const lux64f* src, lux64f* dst, int len) {
   RoundNearestGuard guard;
   CallState<lux64f> call(src, src, dst, dst);
   Cbrt64Kernel<U> k{src, dst, call};
-  run_block_redo<2>(len, k);
+  run_block_redo<4>(len, k);
   return call.status();
 }
 

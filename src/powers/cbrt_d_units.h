@@ -14,6 +14,7 @@ struct alignas(16) Table {
   uint64_t dRcp[32];
   LUX_CBRT64_ROWS
   Row64 dbBack;
+  Row64 dbScaleBias;
   Row64 dbPoly[8];
 };
 
@@ -27,6 +28,7 @@ inline constexpr Table kCbrtHa = {
 #include "powers/cbrt_rcp_table.inc"
         },
     .dbBack = row64(0x2B30000000000000),  // 2^-332
+    .dbScaleBias = row64(0x2AA),
     // Taylor coefficients of ((1 + r)^(1/3) - 1)/r, r^7 first.
     .dbPoly = {row64(0xBF9036DE5C9CC8E7),   // -0.015834307100882319
                row64(0x3F93750AD588F115),   // 0.019001168521058782
@@ -49,6 +51,7 @@ inline constexpr Table kCbrtFast = {
 #include "powers/cbrt_rcp_table.inc"
         },
     .dbBack = row64(0x2B30000000000000),  // 2^-332
+    .dbScaleBias = row64(0x2AA),
     // A fit of ((1 + r)^(1/3) - 1)/r on |r| <= 1/64, r^5 first.
     .dbPoly = {row64(0xBF980B1460624130),   // -0.023479765303421718
                row64(0x3F9EE8E4463C649D),   // 0.030185286318645244
@@ -68,6 +71,7 @@ inline constexpr Table kInvCbrt = {
 #include "powers/cbrt_rcp_table.inc"
         },
     .dbBack = row64(0x54B0000000000000),  // 2^332
+    .dbScaleBias = row64(0x554),
     // Taylor coefficients of ((1 + r)^(-1/3) - 1)/r, r^7 first.
     .dbPoly = {row64(0x3FB791D4F50A7B47),   // 0.092068967651795494
                row64(0xBFB9B33CA7A65562),   // -0.10039118855487097

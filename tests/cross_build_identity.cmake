@@ -6,7 +6,11 @@ set(estimate_seeded
   luxsInv_32f_A11 luxsInv_32f_A21 luxsDiv_32f_A11 luxsDiv_32f_A21
   luxsSqrt_32f_A11 luxsSqrt_32f_A21 luxsSqrt_64f_A26 luxsSqrt_64f_A50 luxsSqrt_64f_A53
   luxsInvSqrt_32f_A11 luxsInvSqrt_32f_A21 luxsInvSqrt_32f_A24
-  luxsInvSqrt_64f_A26 luxsInvSqrt_64f_A50 luxsInvSqrt_64f_A53)
+  luxsInvSqrt_64f_A26 luxsInvSqrt_64f_A50 luxsInvSqrt_64f_A53
+  luxsHypot_32f_A11 luxsHypot_32f_A21 luxsHypot_32f_A24
+  luxsHypot_64f_A26 luxsHypot_64f_A50 luxsHypot_64f_A53
+  luxsPow3o2_32f_A11 luxsPow3o2_32f_A21 luxsPow3o2_32f_A24
+  luxsPow3o2_64f_A26 luxsPow3o2_64f_A50 luxsPow3o2_64f_A53)
 
 if(NOT EXISTS "${I386_TOOL}")
   message(STATUS "no i386 build at ${I386_TOOL}: nothing to compare")

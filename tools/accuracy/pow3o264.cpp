@@ -1,0 +1,35 @@
+// Accuracy sweep of Pow3o2 on binary64: x^(3/2) against MPFR.
+#include "common/oracle.h"
+
+namespace {
+
+// x*sqrt(x) at the oracle's precision (NaN below zero).
+int mpfr_pow3o2(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t rnd) {
+  mpfr_t s;
+  mpfr_init2(s, luxtk::kOraclePrecision + 32);
+  mpfr_sqrt(s, x, MPFR_RNDN);
+  const int t = mpfr_mul(r, s, x, rnd);
+  mpfr_clear(s);
+  return t;
+}
+
+const luxtk::AccuracyFamily kPow3o264 = {
+    "Pow3o2",
+    64,
+    mpfr_pow3o2,
+    nullptr,
+    {
+        luxtk::uniform_region("usual [0, 10]", 0.0, 10.0),
+        luxtk::log_uniform_region("all positive", 0x1p-1022, 0x1.fffffffffffffp+1023, false),
+        luxtk::log_uniform_region("denormal", 0x1p-1074, 0x1p-1022, false),
+        // Both parities of the exponent (the seed's [1, 4)), the overflow
+        // threshold and the ends of the normal range.
+        luxtk::splits_region(
+            "edges",
+            {1.0, 2.0, 4.0, 0.5, 0x1.5555555555555p+682, 0x1p-1022, 0x1.fffffffffffffp+1023, 0x1p-1074}, 16),
+    },
+    nullptr,
+};
+const luxtk::AccuracyRegistrar kReg(&kPow3o264);
+
+}  // namespace

@@ -51,8 +51,12 @@ struct Bits<lux64f> {
 };
 
 // Blends: m ? a : b, with m a lane mask.
-inline __m128d select(__m128d m, __m128d a, __m128d b) { return _mm_or_pd(_mm_and_pd(m, a), _mm_andnot_pd(m, b)); }
-inline __m128 select(__m128 m, __m128 a, __m128 b) { return _mm_or_ps(_mm_and_ps(m, a), _mm_andnot_ps(m, b)); }
+inline __m128d select(__m128d m, __m128d a, __m128d b) {
+  return _mm_or_pd(_mm_and_pd(m, a), _mm_andnot_pd(m, b));
+}
+inline __m128 select(__m128 m, __m128 a, __m128 b) {
+  return _mm_or_ps(_mm_and_ps(m, a), _mm_andnot_ps(m, b));
+}
 
 // R(z) = z O(z2) + z2 E(z2), the odd and the even chain side by side.
 template <class V>
@@ -70,8 +74,8 @@ inline __m128 odd_even(__m128 z, __m128 z2, __m128 odd, __m128 even) {
 // before anything was stored), r the results, both as bit patterns.  Returns
 // the mask of the lanes with |x| > 1.
 template <class U, int N>
-inline unsigned select_special(const typename Bits<typename U::Elem>::W* x, typename Bits<typename U::Elem>::W* r,
-                               unsigned mask) {
+inline unsigned select_special(const typename Bits<typename U::Elem>::W* x,
+                               typename Bits<typename U::Elem>::W* r, unsigned mask) {
   using B = Bits<typename U::Elem>;
   unsigned domain = 0;
   for (int k = 0; k < N; ++k) {

@@ -51,8 +51,9 @@ inline void minus_root_head_tail(__m128d w, const RootSeries64& R, __m128d* hd, 
   v = _mm_add_epi32(v, R.one_bits.pi());
   const __m128 v2 = as_ps(_mm_shuffle_epi32(v, _MM_SHUFFLE(2, 0, 2, 0)));
   const __m128i f = as_int(_mm_rsqrt_ps(v2));  // lanes 0, 1
-  const __m128i h = high_words(w);              // lanes 0, 1
-  const __m128i ex = _mm_srli_epi32(_mm_and_si128(_mm_sub_epi32(h, R.exp_unit.pi()), R.exp_even_mask.pi()), 1);
+  const __m128i h = high_words(w);             // lanes 0, 1
+  const __m128i ex =
+      _mm_srli_epi32(_mm_and_si128(_mm_sub_epi32(h, R.exp_unit.pi()), R.exp_even_mask.pi()), 1);
   const __m128i yh = _mm_sub_epi32(_mm_add_epi32(_mm_srli_epi32(f, 3), R.exp_rebias.pi()), ex);
   const __m128d y = as_pd(_mm_unpacklo_epi32(_mm_setzero_si128(), yh));
   const __m128d wh = _mm_and_pd(w, as_pd(R.high_word_mask.pi()));

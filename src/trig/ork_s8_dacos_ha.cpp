@@ -28,24 +28,15 @@ struct alignas(16) Table {
 
 constexpr Table kTable = {
     lux::row64(0x3FC5555555555579),  // 0.16666666666666766
-    lux::row64(0x3FA6DB6DB724FE19),
-    lux::row64(0x3F96E8BE19F6199D),
-    lux::row64(0x3F8CA247EB6664E5),
-    lux::row64(0x3F8622CB270118B0),
-    lux::row64(0x3F96825C16316F03),
-    lux::row64(0x3FA0D60D1986AEC6),
+    lux::row64(0x3FA6DB6DB724FE19), lux::row64(0x3F96E8BE19F6199D), lux::row64(0x3F8CA247EB6664E5),
+    lux::row64(0x3F8622CB270118B0), lux::row64(0x3F96825C16316F03), lux::row64(0x3FA0D60D1986AEC6),
     lux::row64(0x3FB333333332DC42),  // 0.074999999999691119
-    lux::row64(0x3F9F1C71A7CEDD43),
-    lux::row64(0x3F91C49BD43E63F7),
-    lux::row64(0x3F8755BDEFC292C9),
-    lux::row64(0x3F6D768B20A865AC),
-    lux::row64(0xBF95E9019191BE85),
-    lux::kRootSeries64,
+    lux::row64(0x3F9F1C71A7CEDD43), lux::row64(0x3F91C49BD43E63F7), lux::row64(0x3F8755BDEFC292C9),
+    lux::row64(0x3F6D768B20A865AC), lux::row64(0xBF95E9019191BE85), lux::kRootSeries64,
     lux::row64(0x3FE0000000000000),  // 0.5
     lux::row64(0x3FF0000000000000),  // 1.0
     lux::row64(0x4010000000000000),  // 4.0
-    lux::row64(0x7FFFFFFFFFFFFFFF),
-    lux::row64(0x8000000000000000),
+    lux::row64(0x7FFFFFFFFFFFFFFF), lux::row64(0x8000000000000000),
     lux::row64(0xBC91A62633145C07),  // -6.123233995736766e-17
     lux::row64(0x3CA1A62633145C07),  // 1.2246467991473532e-16
     lux::row64(0x3FF921FB54442D18),  // 1.5707963267948966
@@ -67,7 +58,8 @@ struct AcosHA {
     // |x| > 1 is worked as 1 (its result is replaced): no flag of its own.
     const __m128d a = _mm_min_pd(T.dbOne.pd(), _mm_and_pd(x, T.dbAbsMask.pd()));
     const __m128d big = _mm_cmplt_pd(T.dbHalf.pd(), a);
-    const __m128d neg = lux::as_pd(_mm_srai_epi32(_mm_shuffle_epi32(lux::as_int(x), _MM_SHUFFLE(3, 3, 1, 1)), 31));
+    const __m128d neg =
+        lux::as_pd(_mm_srai_epi32(_mm_shuffle_epi32(lux::as_int(x), _MM_SHUFFLE(3, 3, 1, 1)), 31));
     const __m128d u = _mm_mul_pd(_mm_sub_pd(T.dbOne.pd(), a), T.dbHalf.pd());
     const __m128d z = lux::asincos::select(big, u, _mm_mul_pd(a, a));
     const __m128d z2 = _mm_mul_pd(z, z);

@@ -19,8 +19,8 @@ constexpr Table kTable = {
     lux::row32(0x3D23CA80),  // 0.0399880409
     lux::row32(0x3D9A712E),  // 0.0754111856
     lux::row32(0x3D4D100E),  // 0.0500641391
-    lux::row32(0x3F000000), lux::row32(0x3F800000), lux::row32(0x40000000), lux::row32(0xBF800000),
-    lux::row32(0xC0000000), lux::row32(0x7FFFFFFF),
+    lux::row32(0x3F000000), lux::row32(0x3F800000), lux::row32(0x40000000),
+    lux::row32(0xBF800000), lux::row32(0xC0000000), lux::row32(0x7FFFFFFF),
     lux::row32(0x3FC90FDB),  // 1.57079637
     lux::row32(0x40490FDB),  // 3.14159274
 };

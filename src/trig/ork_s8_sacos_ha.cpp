@@ -24,8 +24,7 @@ constexpr Table kTable = {
     lux::row32(0x3D998079),  // 0.0749520734
     lux::row32(0x3CC589DB),  // 0.0241135862
     lux::row32(0x3F000000), lux::row32(0x3F800000), lux::row32(0x40000000), lux::row32(0xBF800000),
-    lux::row32(0xC0000000),
-    lux::row32(0x7FFFFFFF), lux::row32(0x80000000), lux::row32(0xFFFF0000),
+    lux::row32(0xC0000000), lux::row32(0x7FFFFFFF), lux::row32(0x80000000), lux::row32(0xFFFF0000),
     lux::row32(0x3FC90FDA),  // 1.57079625: pi/2 rounded down
     lux::row32(0x40490FDA),  // 3.14159250: twice that
     lux::row32(0x33A22168),  // 7.54979013e-08: pi/2 - head

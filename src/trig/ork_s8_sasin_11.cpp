@@ -17,9 +17,8 @@ struct alignas(16) Table {
 constexpr Table kTable = {
     lux::row32(0x3DC15217),  // 0.0943948552
     lux::row32(0x3E2900F6),  // 0.165042728
-    lux::row32(0x3F000000),
-    lux::row32(0x3F000000), lux::row32(0x3F800000), lux::row32(0x40400000), lux::row32(0xBF000000),
-    lux::row32(0xC0000000), lux::row32(0x7FFFFFFF), lux::row32(0x80000000),
+    lux::row32(0x3F000000), lux::row32(0x3F000000), lux::row32(0x3F800000), lux::row32(0x40400000),
+    lux::row32(0xBF000000), lux::row32(0xC0000000), lux::row32(0x7FFFFFFF), lux::row32(0x80000000),
     lux::row32(0x3FC90FDB),  // 1.57079637
 };
 
@@ -30,7 +29,8 @@ struct AsinEP {
   // The bits of |x| not below those of 1.0: |x| >= 1 and NaN.
   static int leaves_plain_path(__m128 x) {
     const __m128i a = lux::as_int(_mm_and_ps(x, kTable.flAbsMask.ps()));
-    return _mm_movemask_ps(lux::as_ps(_mm_cmpgt_epi32(a, _mm_sub_epi32(kTable.flOne.pi(), _mm_set1_epi32(1)))));
+    return _mm_movemask_ps(
+        lux::as_ps(_mm_cmpgt_epi32(a, _mm_sub_epi32(kTable.flOne.pi(), _mm_set1_epi32(1)))));
   }
 
   static __m128 eval(__m128 x) {

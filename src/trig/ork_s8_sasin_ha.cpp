@@ -23,8 +23,8 @@ constexpr Table kTable = {
     lux::row32(0x3D2D33ED),  // 0.0422858484
     lux::row32(0x3D998079),  // 0.0749520734
     lux::row32(0x3CC589DB),  // 0.0241135862
-    lux::row32(0x3F000000), lux::row32(0x3F800000), lux::row32(0x40000000), lux::row32(0x40400000),
-    lux::row32(0xBF000000), lux::row32(0xC0000000),
+    lux::row32(0x3F000000), lux::row32(0x3F800000), lux::row32(0x40000000),
+    lux::row32(0x40400000), lux::row32(0xBF000000), lux::row32(0xC0000000),
     lux::row32(0x7FFFFFFF), lux::row32(0x80000000), lux::row32(0xFFFF0000),
     lux::row32(0x3F490FDA),  // 0.785398126: pi/4 rounded down
     lux::row32(0x33222168),  // 3.77489505e-08: pi/4 - head

@@ -25,15 +25,15 @@ constexpr Table kTable = {
     lux::row32(0xBD99B01E),  // -0.0750438124
     lux::row32(0xBE117200),  // -0.142036438
     lux::row32(0xBEAAAA53),  // -0.333330721
-    lux::row32(0x3F800000), lux::row32(0x40000000), lux::row32(0x7FFFFFFF), lux::row32(0x80000000),
-    lux::row32(0x7F800000),
+    lux::row32(0x3F800000), lux::row32(0x40000000), lux::row32(0x7FFFFFFF),
+    lux::row32(0x80000000), lux::row32(0x7F800000),
     lux::row32(0x3FC90FDB),  // 1.57079637
 };
 
 struct AtanLA {
   static int needs_x87(__m128 x) {
-    return _mm_movemask_ps(lux::as_ps(_mm_cmpeq_epi32(lux::as_int(_mm_and_ps(x, kTable.flAbsMask.ps())),
-                                                      kTable.flInf.pi())));
+    return _mm_movemask_ps(
+        lux::as_ps(_mm_cmpeq_epi32(lux::as_int(_mm_and_ps(x, kTable.flAbsMask.ps())), kTable.flInf.pi())));
   }
 
   static __m128 eval(__m128 x) {
@@ -42,8 +42,11 @@ struct AtanLA {
     const __m128 s = _mm_and_ps(x, T.flSignMask.ps());
     const __m128 a = _mm_and_ps(x, T.flAbsMask.ps());
     const __m128 small = _mm_cmpnle_ps(T.flOne.ps(), a);
-    const __m128 y = _mm_rcp_ps(a);
-    const __m128 r = _mm_mul_ps(_mm_sub_ps(_mm_mul_ps(a, y), T.flTwo.ps()), y);
+    // The reciprocal of max(a, 1): small lanes (zeros among them) do not use
+    // it and must not meet 0 * Inf.
+    const __m128 big_a = _mm_max_ps(a, T.flOne.ps());
+    const __m128 y = _mm_rcp_ps(big_a);
+    const __m128 r = _mm_mul_ps(_mm_sub_ps(_mm_mul_ps(big_a, y), T.flTwo.ps()), y);
     const __m128 t = select(small, a, r);
     const __m128 k = _mm_andnot_ps(small, T.flPio2.ps());
     const __m128 z = _mm_mul_ps(t, t);

@@ -10,7 +10,9 @@
 namespace lux::asincos {
 
 // Lanes with not (a * a < 1): |x| >= 1 and NaN.
-inline int square_not_below_one(__m128 a, __m128 one) { return _mm_movemask_ps(_mm_cmpnlt_ps(_mm_mul_ps(a, a), one)); }
+inline int square_not_below_one(__m128 a, __m128 one) {
+  return _mm_movemask_ps(_mm_cmpnlt_ps(_mm_mul_ps(a, a), one));
+}
 // Lanes with not (a < 1).
 inline int not_below_one(__m128 a, __m128 one) { return _mm_movemask_ps(_mm_cmpnlt_ps(a, one)); }
 
@@ -19,7 +21,8 @@ inline int not_below_one(__m128 a, __m128 one) { return _mm_movemask_ps(_mm_cmpn
 // gets a zero estimate, so its root is 0 without an invalid 0 * Inf.
 inline __m128 newton_root(__m128 d, __m128 minus_half_k, __m128 three) {
   const __m128 y = _mm_and_ps(_mm_rsqrt_ps(d), _mm_cmpneq_ps(d, _mm_setzero_ps()));
-  return _mm_mul_ps(_mm_sub_ps(_mm_mul_ps(d, _mm_mul_ps(y, y)), three), _mm_mul_ps(_mm_mul_ps(minus_half_k, d), y));
+  return _mm_mul_ps(_mm_sub_ps(_mm_mul_ps(d, _mm_mul_ps(y, y)), three),
+                    _mm_mul_ps(_mm_mul_ps(minus_half_k, d), y));
 }
 
 // The low part of a root t of u, with th = t's head (t with 16 low bits

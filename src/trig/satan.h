@@ -16,10 +16,15 @@ namespace lux::atan32 {
 
 // atan2(*y, *x) on the x87 unit, rounded to single.
 inline void fpatan(const float* y, const float* x, float* out) {
-  asm volatile("flds %1\n\tflds %2\n\tfpatan\n\tfstps %0" : "=m"(*out) : "m"(*y), "m"(*x) : "st", "st(1)", "memory");
+  asm volatile("flds %1\n\tflds %2\n\tfpatan\n\tfstps %0"
+               : "=m"(*out)
+               : "m"(*y), "m"(*x)
+               : "st", "st(1)", "memory");
 }
 
-inline __m128 select(__m128 m, __m128 a, __m128 b) { return _mm_or_ps(_mm_and_ps(m, a), _mm_andnot_ps(m, b)); }
+inline __m128 select(__m128 m, __m128 a, __m128 b) {
+  return _mm_or_ps(_mm_and_ps(m, a), _mm_andnot_ps(m, b));
+}
 
 template <class U>
 struct Kernel {

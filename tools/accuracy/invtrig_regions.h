@@ -23,11 +23,12 @@ inline double round_to(double v, int bits) { return bits == 32 ? double(float(v)
 
 // x = +-(1 - d), d log-uniform in [ulp below 1, 1/2].
 inline Region near_one_region(std::string name) {
-  return {std::move(name), [](Rng& rng, int bits, long n, std::vector<double>& a, std::vector<double>&) {
-            const double lo = bits == 32 ? 0x1p-24 : 0x1p-53;
-            for (long i = 0; i < n; ++i) a.push_back(round_to(1.0 - rng.log_uniform(lo, 0.5, true), bits) *
-                                                     (rng.next() & 1 ? -1.0 : 1.0));
-          }};
+  return {
+      std::move(name), [](Rng& rng, int bits, long n, std::vector<double>& a, std::vector<double>&) {
+        const double lo = bits == 32 ? 0x1p-24 : 0x1p-53;
+        for (long i = 0; i < n; ++i)
+          a.push_back(round_to(1.0 - rng.log_uniform(lo, 0.5, true), bits) * (rng.next() & 1 ? -1.0 : 1.0));
+      }};
 }
 
 inline std::vector<Region> asincos_regions(int bits) {
@@ -59,13 +60,15 @@ inline std::vector<Region> atan_regions(int bits, std::vector<double> limits) {
 // Pairs (y, x) with |y| and |x| log-uniform in [lo, hi], signs at random:
 // every quadrant.
 inline Region quadrant_region(std::string name, double lo, double hi) {
-  return pair_region(std::move(name), log_uniform_region("y", lo, hi, true), log_uniform_region("x", lo, hi, true));
+  return pair_region(std::move(name), log_uniform_region("y", lo, hi, true),
+                     log_uniform_region("x", lo, hi, true));
 }
 
 // y = x * ratio * (1 +- small), x log-uniform in [2^-60, 2^60], both signs
 // of each: the ratios near the class splits.
 inline Region ratio_region(std::string name, std::vector<double> ratios) {
-  return {std::move(name), [ratios](Rng& rng, int bits, long n, std::vector<double>& a, std::vector<double>& b) {
+  return {std::move(name),
+          [ratios](Rng& rng, int bits, long n, std::vector<double>& a, std::vector<double>& b) {
             for (long i = 0; i < n; ++i) {
               const double x = rng.log_uniform(0x1p-60, 0x1p60, true);
               const double q = ratios[rng.next() % ratios.size()] * (1.0 + rng.uniform(-0x1p-6, 0x1p-6));
@@ -81,7 +84,8 @@ inline std::vector<Region> atan2_regions(int bits) {
   return {
       quadrant_region("every quadrant, normal", norm, big),
       quadrant_region("every quadrant, |y|, |x| in [1/16, 16]", 1.0 / 16, 16.0),
-      ratio_region("ratios near the class splits", {0.375, 0.4375, 0.6875, 0.72, 1.0, 1.1875, 1.75, 2.4375, 2.6875}),
+      ratio_region("ratios near the class splits",
+                   {0.375, 0.4375, 0.6875, 0.72, 1.0, 1.1875, 1.75, 2.4375, 2.6875}),
       pair_region("tiny ratio |y/x| (y tiny, x huge)", log_uniform_region("y", tiny, 1.0, true),
                   log_uniform_region("x", big / 16, big, true)),
       pair_region("huge ratio |y/x| (y huge, x tiny)", log_uniform_region("y", big / 16, big, true),

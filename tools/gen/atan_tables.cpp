@@ -70,7 +70,6 @@ void print_s_atan2() {
   mpfr_clears(a, d, (mpfr_ptr)0);
 }
 
-
 }  // namespace
 
 int main(int argc, char** argv) {

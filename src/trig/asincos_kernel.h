@@ -5,7 +5,7 @@
 // take the selecting pass, which overwrites, lane by lane:
 //   |x| = 1   asin: +-pi/2 with the sign of x; acos: 0 for 1, pi for -1;
 //   NaN       the source lane bit for bit (a signalling NaN stays one), or
-//             what the arithmetic made of it in the units that say so;
+//             the source quieted in the units that say so;
 //   |x| > 1   the default NaN, and the lane offends: the whole block is
 //             stored first, then each offending lane, in ascending order,
 //             latches 19 and reports it (the invalid flag).
@@ -16,10 +16,15 @@
 //   using Elem = lux32f or lux64f;
 //   static constexpr bool kAsin;          // asin or acos values at |x| = 1
 //   static constexpr bool kKeepNaN;       // NaN lane keeps its source bits
+//                                         // (else gets them quieted)
 //   static constexpr bool kX87Invalid;    // after a report, load and drop a
 //                                         // signalling NaN on the x87 unit
 //   static V eval(V x);                   // V = __m128 or __m128d
-//   static int leaves_plain_path(V x);    // movemask of the lanes to select
+// The arithmetic sees NaN lanes as +0 (no_nan below): the ordered compares
+// and min/max of SSE raise the invalid flag on a quiet NaN, and a NaN lane's
+// value comes from the selecting pass anyway.  The lane test is on integers
+// for the same reason: |x| >= 1 and NaN are the lanes whose bits of |x| (the
+// high word in binary64) are not below those of 1.0.
 #pragma once
 
 #include <pmmintrin.h>
@@ -38,7 +43,7 @@ struct Bits<lux32f> {
   using W = uint32_t;
   static constexpr W kAbs = 0x7FFFFFFF, kSign = 0x80000000, kOne = 0x3F800000, kInf = 0x7F800000;
   static constexpr W kHalfPi = 0x3FC90FDB, kPi = 0x40490FDB, kDefaultNaN = 0xFFC00000;
-  static constexpr W kSignalingNaN = 0x7FBFFFFF;
+  static constexpr W kSignalingNaN = 0x7FBFFFFF, kQuietBit = 0x00400000;
   static void x87_load_and_drop(const W* p) { asm volatile("flds %0\n\tfstp %%st(0)" : : "m"(*p) : "st"); }
 };
 template <>
@@ -47,8 +52,23 @@ struct Bits<lux64f> {
   static constexpr W kAbs = 0x7FFFFFFFFFFFFFFF, kSign = 0x8000000000000000, kOne = 0x3FF0000000000000;
   static constexpr W kInf = 0x7FF0000000000000, kHalfPi = 0x3FF921FB54442D18, kPi = 0x400921FB54442D18;
   static constexpr W kDefaultNaN = 0xFFF8000000000000, kSignalingNaN = 0x7FF7FFFFFFFFFFFF;
+  static constexpr W kQuietBit = 0x0008000000000000;
   static void x87_load_and_drop(const W* p) { asm volatile("fldl %0\n\tfstp %%st(0)" : : "m"(*p) : "st"); }
 };
+
+// x with its NaN lanes replaced by +0 (the unordered compare is quiet).
+inline __m128d no_nan(__m128d x) { return _mm_andnot_pd(_mm_cmpunord_pd(x, x), x); }
+inline __m128 no_nan(__m128 x) { return _mm_andnot_ps(_mm_cmpunord_ps(x, x), x); }
+
+// Movemask of the lanes with |x| >= 1 or NaN, by integer comparison.
+inline int leaves_plain_path(__m128d x) {
+  const __m128i h = _mm_and_si128(high_words(x), _mm_set1_epi32(0x7FFFFFFF));
+  return _mm_movemask_ps(as_ps(_mm_cmpgt_epi32(h, _mm_set1_epi32(0x3FEFFFFF)))) & 3;
+}
+inline int leaves_plain_path(__m128 x) {
+  const __m128i a = _mm_and_si128(as_int(x), _mm_set1_epi32(0x7FFFFFFF));
+  return _mm_movemask_ps(as_ps(_mm_cmpgt_epi32(a, _mm_set1_epi32(0x3F7FFFFF))));
+}
 
 // Blends: m ? a : b, with m a lane mask.
 inline __m128d select(__m128d m, __m128d a, __m128d b) {
@@ -84,7 +104,7 @@ inline unsigned select_special(const typename Bits<typename U::Elem>::W* x,
     if (a == B::kOne) {
       r[k] = U::kAsin ? (B::kHalfPi | s) : (s ? B::kPi : 0);
     } else if (a > B::kInf) {
-      if (U::kKeepNaN) r[k] = x[k];
+      r[k] = U::kKeepNaN ? x[k] : (x[k] | B::kQuietBit);
     } else if (a > B::kOne) {
       r[k] = B::kDefaultNaN;
       domain |= 1u << k;
@@ -109,9 +129,9 @@ struct MaskedKernel {
   unsigned block(int i) {
     const V a = S::load(src + i);
     const V b = S::load(src + i + kPerReg);
-    V ra = U::eval(a);
-    V rb = U::eval(b);
-    const unsigned test = unsigned(U::leaves_plain_path(a)) | unsigned(U::leaves_plain_path(b)) << kPerReg;
+    V ra = U::eval(no_nan(a));
+    V rb = U::eval(no_nan(b));
+    const unsigned test = unsigned(leaves_plain_path(a)) | unsigned(leaves_plain_path(b)) << kPerReg;
     unsigned domain = 0;
     if (__builtin_expect(test != 0, 0)) {
       alignas(16) W x[kBlock];
@@ -131,9 +151,9 @@ struct MaskedKernel {
 
   unsigned tail(int i) {
     const V a = load1(src + i);
-    V ra = U::eval(a);
+    V ra = U::eval(no_nan(a));
     unsigned domain = 0;
-    if (__builtin_expect(U::leaves_plain_path(a) & 1, 0)) {
+    if (__builtin_expect(leaves_plain_path(a) & 1, 0)) {
       alignas(16) W x[kPerReg];
       alignas(16) W r[kPerReg];
       S::store(reinterpret_cast<Elem*>(x), a);

@@ -54,12 +54,6 @@ struct Asin {
   using Elem = lux64f;
   static constexpr bool kAsin = true, kKeepNaN = true, kX87Invalid = true;
 
-  // |x| >= 1 and NaN: the high word of |x| compared as a single.
-  static int leaves_plain_path(__m128d x) {
-    const __m128 h = as_ps(_mm_and_si128(high_words(x), _mm_set1_epi32(0x7FFFFFFF)));
-    return _mm_movemask_ps(_mm_cmpnlt_ps(h, as_ps(_mm_set1_epi32(0x3FF00000)))) & 3;
-  }
-
   static __m128d eval(__m128d x) {
     const Table& T = kAsinTable;
     const __m128d s = _mm_and_pd(x, T.dbSignMask.pd());
@@ -80,11 +74,6 @@ struct Asin {
 struct Acos {
   using Elem = lux64f;
   static constexpr bool kAsin = false, kKeepNaN = true, kX87Invalid = true;
-
-  static int leaves_plain_path(__m128d x) {
-    const __m128d a = _mm_and_pd(x, kAcosTable.dbAbsMask.pd());
-    return _mm_movemask_pd(_mm_cmpnlt_pd(a, kAcosTable.dbOne.pd()));
-  }
 
   static __m128d eval(__m128d x) {
     const Table& T = kAcosTable;

@@ -11,10 +11,6 @@
 
 namespace {
 
-// |x| with a high word from 0x3FF00000 up (|x| >= 1, and NaN) takes the
-// selecting pass.
-constexpr uint32_t kPlainPathBelow = 0x3FF00000;
-
 struct alignas(16) Table {
   lux::Row64 o1, o3, o5, o7, o9, o11, o13;  // odd chain of R, fitted to asin on [0, 1/4]
   lux::Row64 e2, e4, e6, e8, e10, e12;      // even chain
@@ -46,11 +42,6 @@ constexpr Table kTable = {
 struct AcosHA {
   using Elem = lux64f;
   static constexpr bool kAsin = false, kKeepNaN = false, kX87Invalid = false;
-
-  static int leaves_plain_path(__m128d x) {
-    const __m128i h = _mm_and_si128(lux::high_words(x), _mm_set1_epi32(0x7FFFFFFF));
-    return _mm_movemask_ps(lux::as_ps(_mm_cmpgt_epi32(h, _mm_set1_epi32(int32_t(kPlainPathBelow - 1))))) & 3;
-  }
 
   static __m128d eval(__m128d x) {
     const Table& T = kTable;

@@ -28,10 +28,6 @@ struct AcosEP {
   using Elem = lux32f;
   static constexpr bool kAsin = false, kKeepNaN = true, kX87Invalid = true;
 
-  static int leaves_plain_path(__m128 x) {
-    return lux::asincos::square_not_below_one(_mm_and_ps(x, kTable.flAbsMask.ps()), kTable.flOne.ps());
-  }
-
   static __m128 eval(__m128 x) {
     using lux::asincos::select;
     const Table& T = kTable;

@@ -29,10 +29,6 @@ struct AcosLA {
   using Elem = lux32f;
   static constexpr bool kAsin = false, kKeepNaN = true, kX87Invalid = true;
 
-  static int leaves_plain_path(__m128 x) {
-    return lux::asincos::not_below_one(_mm_and_ps(x, kTable.flAbsMask.ps()), kTable.flOne.ps());
-  }
-
   static __m128 eval(__m128 x) {
     using lux::asincos::select;
     const Table& T = kTable;

@@ -26,13 +26,6 @@ struct AsinEP {
   using Elem = lux32f;
   static constexpr bool kAsin = true, kKeepNaN = true, kX87Invalid = true;
 
-  // The bits of |x| not below those of 1.0: |x| >= 1 and NaN.
-  static int leaves_plain_path(__m128 x) {
-    const __m128i a = lux::as_int(_mm_and_ps(x, kTable.flAbsMask.ps()));
-    return _mm_movemask_ps(
-        lux::as_ps(_mm_cmpgt_epi32(a, _mm_sub_epi32(kTable.flOne.pi(), _mm_set1_epi32(1)))));
-  }
-
   static __m128 eval(__m128 x) {
     using lux::asincos::select;
     const Table& T = kTable;

@@ -12,7 +12,7 @@ namespace {
 struct alignas(16) Table {
   lux::Row32 a2, a1, a0;  // even chain in w
   lux::Row32 b1, b0;      // odd chain in w, times z
-  lux::Row32 flOne, flAbsMask, flSignMask, flPio2;
+  lux::Row32 flBelowOne, flAboveInf, flOne, flAbsMask, flSignMask, flPio2;
 };
 
 constexpr Table kTable = {
@@ -21,7 +21,8 @@ constexpr Table kTable = {
     lux::row32(0x3F7FFDE4),  // 0.999968
     lux::row32(0xBDBA3A94),  // -0.0909320
     lux::row32(0xBEA9C8F7),  // -0.331611
-    lux::row32(0x3F800000), lux::row32(0x7FFFFFFF), lux::row32(0x80000000),
+    lux::row32(0x3F7FFFFF), lux::row32(0x7F800001), lux::row32(0x3F800000),
+    lux::row32(0x7FFFFFFF), lux::row32(0x80000000),
     lux::row32(0x3FC90FDB),  // 1.57079637
 };
 
@@ -33,7 +34,12 @@ struct AtanEP {
     const Table& T = kTable;
     const __m128 s = _mm_and_ps(x, T.flSignMask.ps());
     const __m128 a = _mm_and_ps(x, T.flAbsMask.ps());
-    const __m128 small = _mm_cmpnle_ps(T.flOne.ps(), a);
+    // small: not 1 <= a, NaN included; on the bits, since an ordered compare
+    // raises the invalid flag on a quiet NaN.
+    const __m128i ai = lux::as_int(a);
+    const __m128 small = lux::as_ps(_mm_xor_si128(
+        _mm_and_si128(_mm_cmpgt_epi32(ai, T.flBelowOne.pi()), _mm_cmpgt_epi32(T.flAboveInf.pi(), ai)),
+        _mm_set1_epi32(-1)));
     const __m128 r = _mm_or_ps(_mm_rcp_ps(a), T.flSignMask.ps());
     const __m128 t = select(small, a, r);
     const __m128 k = _mm_andnot_ps(small, T.flPio2.ps());

@@ -13,7 +13,7 @@ namespace {
 struct alignas(16) Table {
   lux::Row32 a4, a3, a2, a1;  // even chain: ((a4 w + a3) w + a2) w + a1) w + 1
   lux::Row32 b3, b2, b1, b0;  // odd chain, times z
-  lux::Row32 flOne, flTwo, flAbsMask, flSignMask, flInf, flPio2;
+  lux::Row32 flBelowOne, flAboveInf, flOne, flTwo, flAbsMask, flSignMask, flInf, flMax, flPio2;
 };
 
 constexpr Table kTable = {
@@ -25,8 +25,8 @@ constexpr Table kTable = {
     lux::row32(0xBD99B01E),  // -0.0750438124
     lux::row32(0xBE117200),  // -0.142036438
     lux::row32(0xBEAAAA53),  // -0.333330721
-    lux::row32(0x3F800000), lux::row32(0x40000000), lux::row32(0x7FFFFFFF),
-    lux::row32(0x80000000), lux::row32(0x7F800000),
+    lux::row32(0x3F7FFFFF), lux::row32(0x7F800001), lux::row32(0x3F800000), lux::row32(0x40000000),
+    lux::row32(0x7FFFFFFF), lux::row32(0x80000000), lux::row32(0x7F800000), lux::row32(0x7F7FFFFF),
     lux::row32(0x3FC90FDB),  // 1.57079637
 };
 
@@ -41,10 +41,16 @@ struct AtanLA {
     const Table& T = kTable;
     const __m128 s = _mm_and_ps(x, T.flSignMask.ps());
     const __m128 a = _mm_and_ps(x, T.flAbsMask.ps());
-    const __m128 small = _mm_cmpnle_ps(T.flOne.ps(), a);
-    // The reciprocal of max(a, 1): small lanes (zeros among them) do not use
-    // it and must not meet 0 * Inf.
-    const __m128 big_a = _mm_max_ps(a, T.flOne.ps());
+    // small: not 1 <= a, NaN included; on the bits, since an ordered compare
+    // raises the invalid flag on a quiet NaN.
+    const __m128i ai = lux::as_int(a);
+    const __m128 small = lux::as_ps(_mm_xor_si128(
+        _mm_and_si128(_mm_cmpgt_epi32(ai, T.flBelowOne.pi()), _mm_cmpgt_epi32(T.flAboveInf.pi(), ai)),
+        _mm_set1_epi32(-1)));
+    // The reciprocal of 1 in small lanes, and of the largest finite for an
+    // infinity (which the x87 unit redoes): they (zeros among them) do not use
+    // must not meet 0 * Inf.
+    const __m128 big_a = _mm_min_ps(lux::atan32::select(small, T.flOne.ps(), a), T.flMax.ps());
     const __m128 y = _mm_rcp_ps(big_a);
     const __m128 r = _mm_mul_ps(_mm_sub_ps(_mm_mul_ps(big_a, y), T.flTwo.ps()), y);
     const __m128 t = select(small, a, r);

@@ -1,6 +1,6 @@
 // Small steps shared by the binary32 inverse sine and cosine units (each unit
-// keeps its own constants): the lane tests, the lane blends and the square
-// root from the reciprocal-square-root estimate.
+// keeps its own constants): the square root from the reciprocal-square-root
+// estimate and the tail of a root.
 #pragma once
 
 #include <pmmintrin.h>
@@ -8,13 +8,6 @@
 #include "trig/asincos_kernel.h"
 
 namespace lux::asincos {
-
-// Lanes with not (a * a < 1): |x| >= 1 and NaN.
-inline int square_not_below_one(__m128 a, __m128 one) {
-  return _mm_movemask_ps(_mm_cmpnlt_ps(_mm_mul_ps(a, a), one));
-}
-// Lanes with not (a < 1).
-inline int not_below_one(__m128 a, __m128 one) { return _mm_movemask_ps(_mm_cmpnlt_ps(a, one)); }
 
 // sqrt(k^2 d) for d >= 0 from the 12-bit estimate y of 1/sqrt(d) and one
 // Newton step, (d y^2 - 3)(minus_half_k d y), minus_half_k = -k/2.  A zero d

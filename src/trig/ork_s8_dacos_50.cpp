@@ -1,5 +1,5 @@
 // luxsAcos_64f_A50: inverse cosine of binary64 (the code of dasincos_la.h).
-// max error (see luxvm accuracy).
+// max error 3.17 ulp at x = 0x1.2459d991baf78p-1 (luxvm accuracy).
 #include "trig/dasincos_la.h"
 
 LUXVM_EXPORT luxStatus luxsAcos_64f_A50(const lux64f* src, lux64f* dst, int len) {

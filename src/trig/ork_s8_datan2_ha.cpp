@@ -1,5 +1,5 @@
 // luxsAtan2_64f_A53: two-argument inverse tangent of binary64 within 1 ulp.
-// max error (see luxvm accuracy).
+// max error 0.746 ulp at y = 0x1.36c8925e435adp-2, x = -0x1.88cbcbe4ea9a4p-3 (luxvm accuracy).
 //
 // The kernel of datan2.h at full accuracy, also exported to the other units
 // as the internal routines of atan2_kernels.h.

@@ -1,5 +1,5 @@
 // luxsAtan2_32f_A11: two-argument inverse tangent of binary32 to about 11 bits.
-// max error (see luxvm accuracy).
+// max error 3.77e+03 ulp at y = 0x1.dce64cp-113, x = 0x1.dcec42p-26 (luxvm accuracy).
 //
 // Two classes: with ay = |y|, ax = |x|, t = ay/ax when ax > ay, else
 // t = -ax/ay against pi/2; atan(ay/ax) = K1 + t P(t^2); for x < 0 the result

@@ -1,5 +1,5 @@
 // luxsAtan2_32f_A24: two-argument inverse tangent of binary32 within 1 ulp.
-// max error (see luxvm accuracy).
+// max error 0.836 ulp at y = 0x1.52e5fap+2, x = 0x1.bc3718p+1 (luxvm accuracy).
 //
 // In chunks of up to 128 lanes, through two routines with a work area
 // between them (also used by the complex argument, atan2_kernels.h):

@@ -40,11 +40,16 @@ int cmd_accuracy(int argc, char** argv) {
   // re-measured in this run.  A detail block runs from its "#### `name`"
   // heading to the next blank line after its table.
   std::map<std::string, std::string> rows, details;
+  std::string peer_section;  // written by `luxvm peers`, kept as it is
   {
     std::ifstream in(out);
     std::string line, current;
     bool in_details = false;
     while (std::getline(in, line)) {
+      if (line == "## Peer data" || !peer_section.empty()) {
+        peer_section += line + "\n";
+        continue;
+      }
       if (line.rfind("## Per region", 0) == 0) in_details = true;
       if (!in_details && line.rfind("| `luxs", 0) == 0) rows[line.substr(3, line.find('`', 3) - 3)] = line;
       if (in_details && line.rfind("#### `", 0) == 0) current = line.substr(6, line.find('`', 6) - 6);
@@ -108,6 +113,7 @@ int cmd_accuracy(int argc, char** argv) {
   for (const auto& [name, row] : rows) f << row << "\n";
   f << "\n## Per region\n\nThe same sweeps, region by region: where in the domain each maximum lies.\n\n";
   for (const auto& [name, d] : details) f << d << "\n";
+  f << peer_section;
   std::printf("wrote %s (%d exports measured, %d above bound)\n", out.c_str(), measured, failures);
   return failures ? 1 : 0;
 }

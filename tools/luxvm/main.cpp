@@ -5,6 +5,8 @@
 //   luxvm accuracy [FAMILY] [--seed=N] [--points=N] [--out=FILE]
 //                                       MPFR sweeps; writes docs/accuracy.md
 //   luxvm digest [FAMILY]               hash of each export's results, status, flags
+//   luxvm peers [FAMILY] [--out=FILE]   exports against the peers' reference data;
+//                                       writes the peer section of docs/accuracy.md
 //   luxvm bench [FAMILY] [--out=FILE] [--small=N] [--large=N] [--runs=N]
 //                                       cycles per element beside the peers (native)
 #include <cstdio>
@@ -30,6 +32,7 @@ int usage() {
                "       luxvm eval EXPORT V1 [V2 ...]   (B shape: a:b; X shape: first value is x=V)\n"
                "       luxvm accuracy [FAMILY] [--seed=N] [--points=N] [--out=FILE]\n"
                "       luxvm digest [FAMILY]\n"
+               "       luxvm peers [FAMILY] [--out=FILE]\n"
                "       luxvm bench [FAMILY] [--out=FILE] [--small=N] [--large=N] [--runs=N]\n");
   return 2;
 }
@@ -129,6 +132,7 @@ int main(int argc, char** argv) {
   if (cmd == "eval") return cmd_eval(argc - 2, argv + 2);
   if (cmd == "accuracy") return luxcli::cmd_accuracy(argc - 2, argv + 2);
   if (cmd == "digest") return luxcli::cmd_digest(argc - 2, argv + 2);
+  if (cmd == "peers") return luxcli::cmd_peers(argc - 2, argv + 2);
   if (cmd == "bench") return luxcli::cmd_bench(argc - 2, argv + 2);
   std::fprintf(stderr, "luxvm: unknown command '%s'\n", argv[1]);
   return usage();

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <map>
 #include <sstream>
 
 #include "fpenv.h"
@@ -102,6 +103,8 @@ std::vector<PeerRow> read_peer_file(const std::string& path, const std::string& 
         r.nosign = true;
       else if (tok.find(':') == std::string::npos)
         toks.push_back(tok);
+      else
+        r.glibc = tok.rfind("glibc:", 0) == 0;
     }
     // Inputs, then (RN, DIR) pairs.
     size_t first_dir = 0;
@@ -177,7 +180,7 @@ double peer_error(uint64_t got, const PeerValue& want, int bits, bool nosign) {
   return u;
 }
 
-PeerResult peer_check(const CensusEntry& e, const std::string& dir) {
+PeerResult peer_check(const CensusEntry& e, const std::string& dir, long sample) {
   PeerResult res;
   res.export_name = e.name;
   res.bound = tier_bound_ulps(e.tier);
@@ -195,8 +198,18 @@ PeerResult peer_check(const CensusEntry& e, const std::string& dir) {
   for (const PeerSource& s : peer_sources(e)) {
     const std::string path = dir + "/" + s.file + ".txt";
     if (!is_file(path)) continue;
-    std::vector<PeerRow> rows = read_peer_file(path, s.type);
+    // The files serve several exports each: read once per type.
+    static std::map<std::string, std::vector<PeerRow>> cache;
+    const std::string key = path + " " + s.type;
+    if (!cache.count(key)) cache[key] = read_peer_file(path, s.type);
+    std::vector<PeerRow> rows = cache[key];
     std::erase_if(rows, [&](const PeerRow& r) { return r.inputs != in_parts || r.outputs != out_parts; });
+    if (sample > 0) {
+      long others = 0, k = 0;
+      for (const PeerRow& r : rows) others += !r.glibc;
+      const long stride = (others + sample - 1) / sample;
+      std::erase_if(rows, [&](const PeerRow& r) { return !r.glibc && k++ % stride != 0; });
+    }
     if (rows.empty()) continue;
     res.files.push_back(s.file);
     const size_t n = rows.size();

@@ -39,6 +39,7 @@ struct PeerRow {
   PeerValue out[2];  // result components: one real, or (re, im), or (sin, cos)
   int outputs = 0;
   bool nosign = false;  // the sign of a zero or infinite part is not fixed
+  bool glibc = false;   // from glibc's tables (the rest are hard cases for correct rounding)
   int line = 0;
 };
 
@@ -80,8 +81,9 @@ struct PeerResult {
 
 // Runs the export over every row of its peer files in `dir` (one call per
 // file for the array shapes, one per row for Powx with its fixed x).
-// rows == 0 when no file serves it.
-PeerResult peer_check(const CensusEntry& e, const std::string& dir);
+// rows == 0 when no file serves it.  A positive `sample` keeps every glibc
+// row and an even sample of at most that many other rows per file.
+PeerResult peer_check(const CensusEntry& e, const std::string& dir, long sample = 0);
 
 // "a = 0x1.8p+1, b = ..." of a row's inputs, and its expected and got values.
 std::string describe_peer(const CensusEntry& e, const PeerWorst& w);

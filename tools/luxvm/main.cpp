@@ -5,7 +5,8 @@
 //   luxvm accuracy [FAMILY] [--seed=N] [--points=N] [--out=FILE]
 //                                       MPFR sweeps; writes docs/accuracy.md
 //   luxvm digest [FAMILY]               hash of each export's results, status, flags
-//   luxvm peers [FAMILY] [--out=FILE]   exports against the peers' reference data;
+//   luxvm peers [FAMILY] [--points=N] [--out=FILE]
+//                                       exports against the peers' reference data;
 //                                       writes the peer section of docs/accuracy.md
 //   luxvm bench [FAMILY] [--out=FILE] [--small=N] [--large=N] [--runs=N]
 //                                       cycles per element beside the peers (native)
@@ -32,7 +33,7 @@ int usage() {
                "       luxvm eval EXPORT V1 [V2 ...]   (B shape: a:b; X shape: first value is x=V)\n"
                "       luxvm accuracy [FAMILY] [--seed=N] [--points=N] [--out=FILE]\n"
                "       luxvm digest [FAMILY]\n"
-               "       luxvm peers [FAMILY] [--out=FILE]\n"
+               "       luxvm peers [FAMILY] [--points=N] [--out=FILE]\n"
                "       luxvm bench [FAMILY] [--out=FILE] [--small=N] [--large=N] [--runs=N]\n");
   return 2;
 }

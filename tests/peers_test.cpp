@@ -83,6 +83,33 @@ TEST(Peers, FilesFollowFamilyAndType) {
   }
 }
 
+TEST(Peers, ComplexLanesReachTheExportAsTheRowsGiveThem) {
+  // conj(1.5 - 2i) = 1.5 + 2i; (1 + 2i) + (0.5 - 4i) = 1.5 - 2i, one row of
+  // each right and, for Add, one off by two ulps in the imaginary part.
+  const std::string dir = ::testing::TempDir();
+  {
+    std::ofstream c(dir + "/cconj.txt");
+    c << "cconj 64fc 3ff8000000000000 c000000000000000 3ff8000000000000 0 4000000000000000 0 x:y\n";
+    std::ofstream a(dir + "/cadd.txt");
+    a << "cadd 64fc 3ff0000000000000 4000000000000000 3fe0000000000000 c010000000000000 "
+         "3ff8000000000000 0 c000000000000000 0 x:y\n"
+         "cadd 64fc 3ff0000000000000 4000000000000000 3fe0000000000000 c010000000000000 "
+         "3ff8000000000000 0 c000000000000002 0 x:y\n";
+  }
+  const luxtk::CensusEntry* conj = luxtk::find_export("luxsConj_64fc_A53");
+  const luxtk::CensusEntry* add = luxtk::find_export("luxsAdd_64fc_A53");
+  ASSERT_TRUE(conj && add);
+  const luxtk::PeerResult rc = luxtk::peer_check(*conj, dir);
+  EXPECT_EQ(rc.rows, 1);
+  EXPECT_EQ(rc.worst.ulps, 0.0);
+  const luxtk::PeerResult ra = luxtk::peer_check(*add, dir);
+  EXPECT_EQ(ra.rows, 2);
+  EXPECT_EQ(ra.worst.ulps, 2.0);
+  EXPECT_EQ(ra.worst.row.line, 2);
+  std::remove((dir + "/cconj.txt").c_str());
+  std::remove((dir + "/cadd.txt").c_str());
+}
+
 TEST(Peers, ErrorBoundTakesTheFartherEndOfTheExactInterval) {
   const auto d = [](double v) { return bits(v); };
   const auto f = [](float v) { return uint64_t(bits(v)); };

@@ -186,6 +186,11 @@ TEST(Pow32, TablesFollowTheirRules) {
   mpfr_clears(x, y, (mpfr_ptr)0);
 }
 
+TEST(Pow32, NextToTheLargestFiniteStaysFinite) {
+  for (const char* name : kPow) C::expect_finite_at_the_top(name, false);
+  for (const char* name : kPowx) C::expect_finite_at_the_top(name, true);
+}
+
 TEST(Pow32, Accuracy) { luxtest::expect_family_accuracy("Pow", 32); }
 
 TEST(Pow32, PowxAccuracy) { luxtest::expect_family_accuracy("Powx", 32); }

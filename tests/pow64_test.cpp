@@ -267,6 +267,11 @@ TEST(Pow64, TablesFollowTheirRules) {
   mpfr_clear(x);
 }
 
+TEST(Pow64, NextToTheLargestFiniteStaysFinite) {
+  for (const char* name : kPow) C::expect_finite_at_the_top(name, false);
+  for (const char* name : kPowx) C::expect_finite_at_the_top(name, true);
+}
+
 TEST(Pow64, Accuracy) { luxtest::expect_family_accuracy("Pow", 64); }
 
 TEST(Pow64, PowxAccuracy) { luxtest::expect_family_accuracy("Powx", 64); }

@@ -4,6 +4,8 @@
 // row where its product shortcuts apply.
 #pragma once
 
+#include <mpfr.h>
+
 #include <cstring>
 #include <string>
 #include <type_traits>
@@ -144,6 +146,56 @@ struct PowCases {
     const bool shortcut = r.b == d(2.0) || (products && (r.b == d(3.0) || r.b == d(4.0)));
     if (shortcut && (r.a & ~kSign) > kPInf) return r.a | kQuietBit;
     return r.want;
+  }
+
+  // Bases next to the largest finite value with small exponents: the exact
+  // results are finite, a few ulps below the largest or at it, where one
+  // rounded product b log2 a can reach the overflow threshold.  Every tier
+  // must give a finite value within its bound, alone and in a block, through
+  // Pow and through Powx.
+  struct TopRow {
+    U a, b;
+  };
+  static std::vector<TopRow> top_rows() {
+    if constexpr (kSingle)
+      return {{0x7F7FFFFF, kOne},   {0x7F7FFF00, kOne},   {0x7F7FFFFF, 0x3F7FFFFF}, {0x5F7FFFFF, d(2.0)},
+              {0x5F7FFFF0, d(2.0)}, {0x4F7FFFFF, d(4.0)}, {0x7EFFFFFF, kOne}};
+    else
+      return {{0x7FEFFFFFFFFFFFFF, kOne},   {0x7FEFFFFFFFFFFF7F, kOne},
+              {0x7FEFFFFFFFFFF000, kOne},   {0x7FEFFFFFFFFFFFFF, 0x3FEFFFFFFFFFFFFF},
+              {0x5FEFFFFFFFFFFFFF, d(2.0)}, {0x5FEFFFFFFFFFFFF0, d(2.0)},
+              {0x4FEFFFFFFFFFFFFF, d(4.0)}, {0x7FDFFFFFFFFFFFFF, kOne}};
+  }
+
+  static void expect_finite_at_the_top(const char* name, bool fixed) {
+    const luxtk::CensusEntry* e = luxtk::find_export(name);
+    ASSERT_NE(e, nullptr) << name;
+    const double bound = luxtk::tier_bound_ulps(e->tier);
+    mpfr_t ma, mb, exact;
+    mpfr_inits2(luxtk::kOraclePrecision, ma, mb, exact, (mpfr_ptr)0);
+    for (const TopRow& row : top_rows()) {
+      const auto value = [](U u) {
+        F f;
+        std::memcpy(&f, &u, sizeof f);
+        return double(f);
+      };
+      mpfr_set_d(ma, value(row.a), MPFR_RNDN);
+      mpfr_set_d(mb, value(row.b), MPFR_RNDN);
+      mpfr_pow(exact, ma, mb, MPFR_RNDN);
+      for (const size_t len : {size_t(1), size_t(8)}) {
+        const std::vector<U> a(len, row.a), b(len, row.b);
+        const Out o = fixed ? powx_call(name, a, row.b) : pow_call(name, a, b);
+        for (size_t i = 0; i < len; ++i) {
+          F got;
+          std::memcpy(&got, &o.r[i], sizeof got);
+          EXPECT_LE(luxtk::ulp_error(double(got), exact, 8 * sizeof(F)), bound)
+              << name << " a " << std::hex << row.a << " b " << row.b << " lane " << std::dec << i << " of "
+              << len << " got " << double(got);
+        }
+        EXPECT_EQ(o.status, 0) << name;
+      }
+    }
+    mpfr_clears(ma, mb, exact, (mpfr_ptr)0);
   }
 };
 

@@ -7,15 +7,17 @@
 namespace {
 
 // Lane test on the divisor: w = (bits - 0x00800000) & 0x7FFFFFFF fails when,
-// signed, it is above 0x7E000000; |b| from 2^-126 to 2^126 inclusive passes.
-// The dividend is not tested: its specials pass through the product.
+// signed, it is above 0x7DFFEFFF; |b| from 2^-126 to 0x1.ffdffep+125 passes.
+// The quotient is tested too: from magnitude 2^127 (bits 0x7F000000 and
+// above, infinities and NaNs included) the lane takes the x87 division.
 constexpr uint32_t kMinNormal = 0x00800000;
-constexpr uint32_t kRangeWidth = 0x7E000000;
+constexpr uint32_t kRangeWidth = 0x7DFFEFFF;
 
 struct alignas(16) DivTable {
   lux::Row32 flMinNormal = lux::row32(kMinNormal);
   lux::Row32 flAbsMask = lux::row32(0x7FFFFFFF);
   lux::Row32 flRangeWidth = lux::row32(kRangeWidth);
+  lux::Row32 flQuotientLimit = lux::row32(0x7EFFFFFF);
   lux::Row32 flTwo = lux::row32(0x40000000);  // 2.0
 };
 constexpr DivTable kTab{};

@@ -5,10 +5,11 @@
 namespace {
 
 // Lane test: w = (bits - 0x00800000) & 0x7FFFFFFF fails when, signed, it is
-// above 0x7E000000; so magnitudes 2^-126 to 2^126 inclusive pass, and zero,
-// denormals, infinities and NaNs fail.  The estimate of 1/x stays normal.
+// above 0x7DFFEFFF; so magnitudes 2^-126 to 0x1.ffdffep+125 pass, and zero,
+// denormals, infinities, NaNs and the 2^12 values just below 2^126 fail: the
+// estimate of 1/x, within 1.5 * 2^-12, stays normal.
 constexpr uint32_t kMinNormal = 0x00800000;
-constexpr uint32_t kRangeWidth = 0x7E000000;
+constexpr uint32_t kRangeWidth = 0x7DFFEFFF;
 
 struct alignas(16) InvTable {
   lux::Row32 flMinNormal = lux::row32(kMinNormal);

@@ -280,8 +280,19 @@ inline luxStatus pow_lane(const DPowTable<K>& tb, uint64_t ab, uint64_t bb, uint
     *dst = gsign | (((w0 ^ bb) & kSign) ? 0 : kInf);
     return luxOk;
   }
-  const Product p = product_pair<T, K>(tb, l, b);
-  const int n = _mm_cvtsi128_si32(as_int(p.sum));
+  Product p = product_pair<T, K>(tb, l, b);
+  int n = _mm_cvtsi128_si32(as_int(p.sum));
+  if constexpr (T == DTier::kA26) {
+    // One rounded product w2 b leaves out b lo, and at the top of the range
+    // that decides the binade: log2 DBL_MAX = 1024 - 1.6e-16 rounds to w2 =
+    // 1024, so DBL_MAX^1 and (0x1.fffffffffffffp+511)^2 would come out as
+    // 2^1024, infinite, where the exact results are finite.  Lanes that reach
+    // the last two binades redo the product in split form with b lo.
+    if ((n >> 7) >= kHalfScaleFrom) {
+      p = product_pair<DTier::kA50, K>(tb, l, b);
+      n = _mm_cvtsi128_si32(as_int(p.sum));
+    }
+  }
   const int e = n >> 7, j = n & 127;
   __m128d res;
   if (e >= kInfFrom) {

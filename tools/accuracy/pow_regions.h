@@ -28,6 +28,18 @@ luxtk::Region by_result(std::string name, A pick_a, double ylo, double yhi) {
           }};
 }
 
+// Bases just below the largest finite k-th root (some equal to it): a^k is
+// finite and next to the overflow threshold, where b log2 a lies within
+// rounding of the largest exponent.
+inline luxtk::Region top_bases(double k) {
+  return {"", [=](luxtk::Rng& rng, int bits, long n, std::vector<double>& a, std::vector<double>&) {
+            const double top = bits == 32 ? 0x1.fffffep127 : 0x1.fffffffffffffp1023;
+            const double root = std::pow(top, 1.0 / k);
+            for (long i = 0; i < n; ++i)
+              a.push_back(width(root * (1.0 - rng.log_uniform(0x1p-60, 0x1p-16, false)), bits));
+          }};
+}
+
 // What a width needs: the base ranges (smallest subnormal, smallest normal,
 // largest binade, one ulp of 1), the result exponents swept overall, near
 // overflow and in the denormal range, and the largest integer exponent of a
@@ -58,6 +70,15 @@ inline std::vector<luxtk::Region> pow_regions(Format f) {
       by_result(
           "results denormal", [](luxtk::Rng& r) { return r.log_uniform(0.25, 4.0, false); }, f.den_lo,
           f.den_hi),
+      {"bases next to the largest finite k-th root, b = k in {1, 2, 3, 0.5}",
+       [](luxtk::Rng& rng, int bits, long n, std::vector<double>& a, std::vector<double>& b) {
+         std::vector<double> unused;
+         for (const double k : {1.0, 2.0, 3.0, 0.5}) {
+           const size_t start = a.size();
+           top_bases(k).draw(rng, bits, n / 4, a, unused);
+           b.insert(b.end(), a.size() - start, k);
+         }
+       }},
       {"negative a, integer b",
        [=](luxtk::Rng& rng, int bits, long n, std::vector<double>& a, std::vector<double>& b) {
          for (long i = 0; i < n; ++i) {

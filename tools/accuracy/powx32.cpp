@@ -3,6 +3,7 @@
 // result stays finite in, and bases near 1 where log2 a is hardest.
 #include <cmath>
 
+#include "accuracy/pow_regions.h"
 #include "common/oracle.h"
 
 namespace {
@@ -32,6 +33,10 @@ const luxtk::AccuracyFamily kPowx32 = {
                                        {0.5, -1.5, 2.0, 3.0, 4.0, 7.25}),
             luxtk::fixed_scalar_region("x in {-1/3, 123.456, -1000.5, 1e-5}", bases(0.12),
                                        {-0.3333333333333333, 123.456, -1000.5, 1e-5}),
+            luxtk::fixed_scalar_region("bases next to the largest finite, x = 1", powacc::top_bases(1.0),
+                                       {1.0}),
+            luxtk::fixed_scalar_region("bases next to the largest finite square root, x = 1.9999999",
+                                       powacc::top_bases(1.9999999), {1.9999999}),
         },
     .bound = nullptr,
 };

@@ -39,17 +39,16 @@ int cmd_accuracy(int argc, char** argv) {
   // Previous summary rows and per-region details survive for exports not
   // re-measured in this run.  A detail block runs from its "#### `name`"
   // heading to the next blank line after its table.
-  // The extended core's section (written by `luxvm core-accuracy`) is kept.
   std::map<std::string, std::string> rows, details;
-  std::string core_section;
+  std::string kept;  // the sections other commands write (peers, core-accuracy), kept as they are
   {
     std::ifstream in(out);
     std::string line, current;
-    bool in_details = false, in_core = false;
+    bool in_details = false, in_kept = false;
     while (std::getline(in, line)) {
-      if (line.rfind("## ", 0) == 0) in_core = line == kCoreSectionHeading;
-      if (in_core) {
-        core_section += line + "\n";
+      if (line.rfind("## ", 0) == 0) in_kept = line.rfind("## Per region", 0) != 0;
+      if (in_kept) {
+        kept += line + "\n";
         continue;
       }
       if (line.rfind("## Per region", 0) == 0) in_details = true;
@@ -115,7 +114,7 @@ int cmd_accuracy(int argc, char** argv) {
   for (const auto& [name, row] : rows) f << row << "\n";
   f << "\n## Per region\n\nThe same sweeps, region by region: where in the domain each maximum lies.\n\n";
   for (const auto& [name, d] : details) f << d << "\n";
-  if (!core_section.empty()) f << core_section;
+  f << kept;
   std::printf("wrote %s (%d exports measured, %d above bound)\n", out.c_str(), measured, failures);
   return failures ? 1 : 0;
 }

@@ -7,6 +7,9 @@
 //   luxvm core-accuracy [ROUTINE] [--seed=N] [--points=N] [--out=FILE]
 //                                       sweeps of the extended core (internal)
 //   luxvm digest [FAMILY]               hash of each export's results, status, flags
+//   luxvm peers [FAMILY] [--points=N] [--out=FILE]
+//                                       exports against the peers' reference data;
+//                                       writes the peer section of docs/accuracy.md
 //   luxvm bench [FAMILY] [--out=FILE] [--small=N] [--large=N] [--runs=N]
 //                                       cycles per element beside the peers (native)
 #include <cstdio>
@@ -33,6 +36,7 @@ int usage() {
                "       luxvm accuracy [FAMILY] [--seed=N] [--points=N] [--out=FILE]\n"
                "       luxvm core-accuracy [ROUTINE] [--seed=N] [--points=N] [--out=FILE]\n"
                "       luxvm digest [FAMILY]\n"
+               "       luxvm peers [FAMILY] [--points=N] [--out=FILE]\n"
                "       luxvm bench [FAMILY] [--out=FILE] [--small=N] [--large=N] [--runs=N]\n");
   return 2;
 }
@@ -133,6 +137,7 @@ int main(int argc, char** argv) {
   if (cmd == "accuracy") return luxcli::cmd_accuracy(argc - 2, argv + 2);
   if (cmd == "core-accuracy") return luxcli::cmd_core_accuracy(argc - 2, argv + 2);
   if (cmd == "digest") return luxcli::cmd_digest(argc - 2, argv + 2);
+  if (cmd == "peers") return luxcli::cmd_peers(argc - 2, argv + 2);
   if (cmd == "bench") return luxcli::cmd_bench(argc - 2, argv + 2);
   std::fprintf(stderr, "luxvm: unknown command '%s'\n", argv[1]);
   return usage();

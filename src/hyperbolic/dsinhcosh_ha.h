@@ -60,7 +60,7 @@ struct alignas(16) Table {
   // The odd Taylor polynomial of sinh near zero, to 64 bits: 1/6, 1/120, 1/5040.
   long double ldC3, ldC5, ldC7;
   // (H[j], L[j]) = 2^(j/64) as a 44-fraction-bit head and its tail; row 64 = (1, 0).
-  uint64_t dSinhCosh_HA_Table[65][2];
+  alignas(16) uint64_t dSinhCosh_HA_Table[65][2];
 };
 
 // The reduction and both scales of one pair.

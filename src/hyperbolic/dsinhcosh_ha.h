@@ -129,10 +129,15 @@ struct Tier {
 
   // Lanes off the main path are set to 0 before the arithmetic, so that
   // they raise no flag there; the lane routine gives their value.
-  static unsigned block(const double* x, double* y, const Table& T) {
+  static unsigned block(const double* x, double* y, double* keep, const Table& T) {
     const __m128d xa = load2(x), xb = load2(x + 2);
     const __m128i hi = as_int(_mm_shuffle_ps(_mm_castpd_ps(xa), _mm_castpd_ps(xb), _MM_SHUFFLE(3, 1, 3, 1)));
     const __m128i m = hyp::outside(hi, kSinh ? kNearZeroHigh : 0, kSpecialHigh);
+    const unsigned mask = hyp::lane_mask(m);
+    if (__builtin_expect(mask != 0, 0)) {
+      store2(keep, xa);
+      store2(keep + 2, xb);
+    }
     const __m128d keep_a = as_pd(_mm_andnot_si128(_mm_unpacklo_epi32(m, m), T.dbAbsMask.pi()));
     const __m128d keep_b = as_pd(_mm_andnot_si128(_mm_unpackhi_epi32(m, m), T.dbAbsMask.pi()));
     const __m128d ra = main_pair<kSinh>(_mm_and_pd(xa, keep_a), T);
@@ -144,7 +149,7 @@ struct Tier {
       store2(y, ra);
       store2(y + 2, rb);
     }
-    return hyp::lane_mask(m);
+    return mask;
   }
 
   // e^r - 1 as the binary64 Exp kernel within 1 ulp computes it.
@@ -208,7 +213,9 @@ template <bool kSinh, const Table& T>
 struct Bound {
   using Elem = lux64f;
   static constexpr int kBlock = 4;
-  static unsigned block(const double* x, double* y) { return Tier<kSinh>::block(x, y, T); }
+  static unsigned block(const double* x, double* y, double* keep) {
+    return Tier<kSinh>::block(x, y, keep, T);
+  }
   static void lane(const double* x, double* y, CallState<lux64f>& call, int i) {
     Tier<kSinh>::lane(x, y, call, i, T);
   }

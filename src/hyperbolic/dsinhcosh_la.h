@@ -193,12 +193,19 @@ inline __m128d sinh_near_zero(__m128d a, const SinhTable& T) {
   return _mm_add_sd(_mm_mul_sd(cy, sb), _mm_mul_sd(sy, cb));
 }
 
-// The four lanes' high words, and all ones in the lanes outside [low, bound).
-inline __m128i block_outside(const double* x, uint32_t low, uint32_t bound, __m128d* xa, __m128d* xb) {
+// The four lanes, and all ones in those outside [low, bound) by their high
+// words; a block with such lanes keeps its inputs.
+inline __m128i block_outside(const double* x, double* keep, uint32_t low, uint32_t bound, __m128d* xa,
+                             __m128d* xb) {
   *xa = load2(x);
   *xb = load2(x + 2);
   const __m128i hi = as_int(_mm_shuffle_ps(_mm_castpd_ps(*xa), _mm_castpd_ps(*xb), _MM_SHUFFLE(3, 1, 3, 1)));
-  return hyp::outside(hi, low, bound);
+  const __m128i m = hyp::outside(hi, low, bound);
+  if (__builtin_expect(hyp::lane_mask(m) != 0, 0)) {
+    store2(keep, *xa);
+    store2(keep + 2, *xb);
+  }
+  return m;
 }
 
 template <const SinhTable& T>
@@ -208,9 +215,9 @@ struct Sinh {
 
   // Lanes off the main path are set to 0 before the arithmetic (no flag is
   // raised there); the lane routine gives their value.
-  static unsigned block(const double* x, double* y) {
+  static unsigned block(const double* x, double* y, double* keep) {
     __m128d xa, xb;
-    const __m128i m = block_outside(x, kNearZeroHigh, kTopZoneHigh, &xa, &xb);
+    const __m128i m = block_outside(x, keep, kNearZeroHigh, kTopZoneHigh, &xa, &xb);
     const __m128i none = _mm_setzero_si128();
     const __m128d abs = T.red.dbAbsMask.pd();
     const __m128d ra =
@@ -253,9 +260,9 @@ struct Cosh {
   using Elem = lux64f;
   static constexpr int kBlock = 4;
 
-  static unsigned block(const double* x, double* y) {
+  static unsigned block(const double* x, double* y, double* keep) {
     __m128d xa, xb;
-    const __m128i m = block_outside(x, 0, kTopZoneHigh, &xa, &xb);
+    const __m128i m = block_outside(x, keep, 0, kTopZoneHigh, &xa, &xb);
     const __m128i none = _mm_setzero_si128();
     const __m128d abs = T.red.dbAbsMask.pd();
     store2(y, cosh_main(_mm_and_pd(xa, _mm_andnot_pd(as_pd(_mm_unpacklo_epi32(m, m)), abs)), none, T));

@@ -1,9 +1,10 @@
 // The frame of the Sinh and Cosh kernels: a masked block (F5) whose lanes
 // off the main path are settled afterwards, one by one, by the unit's lane
-// routine.  The block keeps a copy of its inputs, so the lane routine reads
-// the right x even when the call is in place; a tail lane runs the block's
-// own arithmetic on a block of copies of itself, so a lane's value never
-// depends on its neighbours.
+// routine.  A block with such lanes keeps a copy of its inputs (from the
+// registers it loaded them into), so the lane routine reads the right x even
+// when the call is in place; a tail lane runs the block's own arithmetic on
+// a block of copies of itself, so a lane's value never depends on its
+// neighbours.
 #pragma once
 
 #include <stdint.h>
@@ -15,9 +16,10 @@ namespace lux::hyp {
 
 // `Tier` gives
 //   Elem, kBlock
-//   unsigned block(const Elem* x, Elem* y)   the main path on kBlock lanes of
-//        x, stored to y; returns the mask of lanes off the main path (their
-//        stored value is a placeholder)
+//   unsigned block(const Elem* x, Elem* y, Elem* keep)   the main path on
+//        kBlock lanes of x, stored to y; returns the mask of lanes off the
+//        main path (their stored value is a placeholder) and, when it is not
+//        zero, has stored the block's inputs to keep first
 //   void lane(const Elem* x, Elem* y, CallState<Elem>&, int i)   the lane
 //        routine: stores the lane's value to *y, then its warning if any.
 template <class Tier>
@@ -28,14 +30,11 @@ class MaskedKernel {
 
   MaskedKernel(const Elem* src, Elem* dst, CallState<Elem>& call) : src_(src), dst_(dst), call_(call) {}
 
-  unsigned block(int i) {
-    copy_lanes_raw(src_ + i, kept_, kBlock);
-    return Tier::block(kept_, dst_ + i);
-  }
+  unsigned block(int i) { return Tier::block(src_ + i, dst_ + i, kept_); }
   unsigned tail(int i) {
     for (int l = 0; l < kBlock; ++l) copy_lanes_raw(src_ + i, kept_ + l, 1);
     alignas(16) Elem out[kBlock];
-    const unsigned mask = Tier::block(kept_, out);
+    const unsigned mask = Tier::block(kept_, out, kept_);
     copy_lanes_raw(out, dst_ + i, 1);
     return mask & 1;
   }
@@ -69,6 +68,13 @@ inline __m128i outside(__m128i words, uint32_t low, uint32_t bound) {
   return _mm_or_si128(out, _mm_cmplt_epi32(abs, _mm_set1_epi32(int32_t(low))));
 }
 inline unsigned lane_mask(__m128i lanes) { return unsigned(_mm_movemask_ps(_mm_castsi128_ps(lanes))); }
+
+// The mask of `lanes`; when it is not zero the block's inputs x go to keep.
+inline unsigned keep_if_any(__m128i lanes, __m128 x, float* keep) {
+  const unsigned mask = lane_mask(lanes);
+  if (__builtin_expect(mask != 0, 0)) store4(keep, x);
+  return mask;
+}
 
 // Raw 32-bit words of lanes, for the lane routines' tests.
 inline uint32_t word(const float* p) {

@@ -26,8 +26,8 @@ struct Tier {
   static const double* row(int n) { return reinterpret_cast<const double*>(kC.dTanh_LA_Table[n]); }
 
   static __m128d magnitude(__m128d a, const double* r0, const double* r1) {
-    using lux::tanh::coef;
-    const __m128d v = _mm_sub_pd(_mm_mul_pd(a, coef(r0, r1, 15)), coef(r0, r1, 14));
+    const lux::tanh::CoefPair cg = lux::tanh::coef2(r0, r1, 14);  // (c, g)
+    const __m128d v = _mm_sub_pd(_mm_mul_pd(a, cg.odd), cg.even);
     return lux::tanh::horner<13>(v, r0, r1);
   }
 };

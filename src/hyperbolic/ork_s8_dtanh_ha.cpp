@@ -10,8 +10,6 @@
 
 namespace {
 
-using lux::tanh::coef;
-
 struct alignas(16) Table {
   // {c0lo, c0hi, c1, c2..c10, -c, three unused words}.
   uint64_t dTanh_HA_Table[60][16];
@@ -34,11 +32,21 @@ struct Tier {
 
   static __m128d magnitude(__m128d a, const double* r0, const double* r1) {
     const __m128d clear = _mm_set1_pd(__builtin_bit_cast(double, kC.clear));
-    const __m128d v = _mm_add_pd(a, coef(r0, r1, 12));
-    __m128d p = coef(r0, r1, 11);
-    for (int k = 10; k >= 3; --k) p = _mm_add_pd(coef(r0, r1, k), _mm_mul_pd(v, p));
+    using lux::tanh::coef2;
+    const __m128d v = _mm_add_pd(a, coef2(r0, r1, 12).even);
+    // Words 3..11 hold c2..c10: Horner from the top, two words a load.
+    const auto c9_10 = coef2(r0, r1, 10), c7_8 = coef2(r0, r1, 8), c5_6 = coef2(r0, r1, 6);
+    const auto c3_4 = coef2(r0, r1, 4), c1_2 = coef2(r0, r1, 2), c0 = coef2(r0, r1, 0);
+    __m128d p = _mm_add_pd(c9_10.even, _mm_mul_pd(v, c9_10.odd));
+    p = _mm_add_pd(c7_8.odd, _mm_mul_pd(v, p));
+    p = _mm_add_pd(c7_8.even, _mm_mul_pd(v, p));
+    p = _mm_add_pd(c5_6.odd, _mm_mul_pd(v, p));
+    p = _mm_add_pd(c5_6.even, _mm_mul_pd(v, p));
+    p = _mm_add_pd(c3_4.odd, _mm_mul_pd(v, p));
+    p = _mm_add_pd(c3_4.even, _mm_mul_pd(v, p));
+    p = _mm_add_pd(c1_2.odd, _mm_mul_pd(v, p));
     const __m128d b = _mm_mul_pd(v, p);
-    const __m128d c1 = coef(r0, r1, 2);
+    const __m128d c1 = c1_2.even;
     // s + e = c1 + b exactly.
     const __m128d s = _mm_add_pd(c1, b);
     const __m128d d = _mm_sub_pd(b, s);
@@ -51,11 +59,11 @@ struct Tier {
     const __m128d hp = _mm_mul_pd(h, vh);
     const __m128d pl = _mm_add_pd(_mm_add_pd(_mm_mul_pd(l, vl), _mm_mul_pd(vl, h)), _mm_mul_pd(vh, l));
     // t + e2 = c0hi + hp exactly.
-    const __m128d c0hi = coef(r0, r1, 1);
+    const __m128d c0hi = c0.odd;
     const __m128d t = _mm_add_pd(c0hi, hp);
     const __m128d d2 = _mm_sub_pd(hp, t);
     const __m128d e2 = _mm_add_pd(_mm_sub_pd(hp, _mm_add_pd(t, d2)), _mm_add_pd(d2, c0hi));
-    return _mm_add_pd(t, _mm_add_pd(_mm_add_pd(e2, pl), coef(r0, r1, 0)));
+    return _mm_add_pd(t, _mm_add_pd(_mm_add_pd(e2, pl), c0.even));
   }
 };
 

@@ -118,11 +118,12 @@ struct Tier {
 
   // Lanes above the top-zone bound are set to 0 here (no flag is raised by
   // them) and settled by the lane routine.
-  static unsigned block(const float* x, float* y) {
-    const __m128 a = _mm_and_ps(lux::load4(x), kC.flAbsMask.ps());
+  static unsigned block(const float* x, float* y, float* keep) {
+    const __m128 xv = lux::load4(x);
+    const __m128 a = _mm_and_ps(xv, kC.flAbsMask.ps());
     const __m128i high = _mm_cmpgt_epi32(as_int(a), _mm_set1_epi32(int32_t(kTopZoneBits)));
     lux::store4(y, main_quad(_mm_andnot_ps(as_ps(high), a)));
-    return lux::hyp::lane_mask(high);
+    return lux::hyp::keep_if_any(high, xv, keep);
   }
 
   static void lane(const float* x, float* y, lux::CallState<lux32f>& call, int i) {

@@ -80,7 +80,7 @@ struct Tier {
 
   // Lanes at or above the overflow bound (and NaNs) are set to 0 here, so
   // that they raise no flag; the lane routine settles them.
-  static unsigned block(const float* x, float* y) {
+  static unsigned block(const float* x, float* y, float* keep) {
     const __m128 xv = lux::load4(x);
     const __m128i big = _mm_cmpgt_epi32(as_int(_mm_and_ps(xv, kC.flAbsMask.ps())),
                                         _mm_set1_epi32(int32_t(kOverflowBits - 1)));
@@ -89,7 +89,7 @@ struct Tier {
     const __m128d hi = pair(_mm_cvtps_pd(_mm_movehl_ps(safe, safe)));
     const __m128 v = _mm_movelh_ps(_mm_cvtpd_ps(lo), _mm_cvtpd_ps(hi));
     lux::store4(y, _mm_or_ps(v, _mm_andnot_ps(kC.flAbsMask.ps(), xv)));  // -0 stays -0
-    return lux::hyp::lane_mask(big);
+    return lux::hyp::keep_if_any(big, xv, keep);
   }
 
   static void lane(const float* x, float* y, lux::CallState<lux32f>& call, int i) {

@@ -133,7 +133,7 @@ struct Tier {
 
   // Lanes above the top-zone bound go to the lane routine and are set to 0
   // here, so that they raise no flag; Sinh A21's small lanes are blended in.
-  static unsigned block(const float* x, float* y) {
+  static unsigned block(const float* x, float* y, float* keep) {
     const __m128 xv = load4(x);
     const __m128 a = _mm_and_ps(xv, T.flAbsMask.ps());
     const __m128i high = _mm_cmpgt_epi32(as_int(a), _mm_set1_epi32(int32_t(kTopZoneBits)));
@@ -153,7 +153,7 @@ struct Tier {
     }
     if constexpr (kSinh) v = _mm_or_ps(v, _mm_andnot_ps(T.flAbsMask.ps(), xv));
     store4(y, v);
-    return hyp::lane_mask(high);
+    return hyp::keep_if_any(high, xv, keep);
   }
 
   // A lane above the top-zone bound.

@@ -173,11 +173,34 @@ struct Kernel32 {
   }
 };
 
+// Coefficients k and k + 1 of two rows (k even, rows 16-byte aligned), one
+// per lane: two loads for two coefficients.
+struct CoefPair {
+  __m128d even, odd;
+};
+inline CoefPair coef2(const double* r0, const double* r1, int k) {
+  const __m128d a = _mm_load_pd(r0 + k), b = _mm_load_pd(r1 + k);
+  return {_mm_unpacklo_pd(a, b), _mm_unpackhi_pd(a, b)};
+}
+
 // Horner's scheme c0 + a (c1 + a (c2 + ... + a cn)) on two lanes' rows.
 template <int Degree>
 inline __m128d horner(__m128d a, const double* r0, const double* r1) {
-  __m128d p = coef(r0, r1, Degree);
-  for (int k = Degree - 1; k >= 0; --k) p = _mm_add_pd(coef(r0, r1, k), _mm_mul_pd(a, p));
+  __m128d p;
+  int k;
+  if constexpr (Degree % 2 == 0) {
+    p = coef(r0, r1, Degree);
+    k = Degree - 2;
+  } else {
+    const CoefPair c = coef2(r0, r1, Degree - 1);
+    p = _mm_add_pd(c.even, _mm_mul_pd(a, c.odd));
+    k = Degree - 3;
+  }
+  for (; k >= 0; k -= 2) {
+    const CoefPair c = coef2(r0, r1, k);
+    p = _mm_add_pd(c.odd, _mm_mul_pd(a, p));
+    p = _mm_add_pd(c.even, _mm_mul_pd(a, p));
+  }
   return p;
 }
 

@@ -1,4 +1,5 @@
-// luxsCosh_64f_A53: cosh x on binary64 arrays, within 1 ulp; max error TBD.
+// luxsCosh_64f_A53: cosh x on binary64 arrays, within 1 ulp; max error 0.749 ulp at x = 0x1.4b556ae354ffbp-19
+// (luxvm accuracy Cosh --points=200000).
 //
 // e^a/2 and e^-a/2 from one reduction and two rows of one table, combined
 // as in hyperbolic/dsinhcosh_ha.h; from 708.40 on the lane routine: e^a/2

@@ -1,4 +1,5 @@
-// luxsSinh_64f_A53: sinh x on binary64 arrays, within 1 ulp; max error TBD.
+// luxsSinh_64f_A53: sinh x on binary64 arrays, within 1 ulp; max error 0.754 ulp at x = -0x1.564986827fdcp-1
+// (luxvm accuracy Sinh --points=200000).
 //
 // e^a/2 and e^-a/2 from one reduction and two rows of one table, combined
 // as in hyperbolic/dsinhcosh_ha.h; below |x| = 0.035 an odd Taylor

@@ -1,4 +1,5 @@
-// luxsTanh_64f_A26: tanh x on binary64 arrays, within 2^27 ulp; max error TBD.
+// luxsTanh_64f_A26: tanh x on binary64 arrays, within 2^27 ulp; max error 1.36 ulp at x = -0x1.00afc2a38e4p-1
+// (luxvm accuracy Tanh --points=200000).
 //
 // One polynomial of degree 13 about the midpoint c of each of 31 intervals
 // of |x| (4 a binade from 1/8 to 16, then [16, 20); [0, 1/8) as row 0; the

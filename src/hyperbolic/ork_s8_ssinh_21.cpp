@@ -1,4 +1,5 @@
-// luxsSinh_32f_A21: sinh x on binary32 arrays, within 8 ulp; max error TBD.
+// luxsSinh_32f_A21: sinh x on binary32 arrays, within 8 ulp; max error 4.03 ulp at x = 0x1.c67cd8p-3 (luxvm
+// accuracy Sinh --points=200000).
 //
 // e^a/2 and e^-a/2 from one reduction and one table row
 // (hyperbolic/ssinhcosh_la.h), no lane branch below 89.41; the lane routine

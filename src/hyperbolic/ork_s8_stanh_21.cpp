@@ -1,4 +1,5 @@
-// luxsTanh_32f_A21: tanh x on binary32 arrays, within 8 ulp; max error TBD.
+// luxsTanh_32f_A21: tanh x on binary32 arrays, within 8 ulp; max error 1.02 ulp at x = 0x1.024088p+1 (luxvm
+// accuracy Tanh --points=200000).
 //
 // A polynomial of degree 3 in |x| on each of 134 intervals (16 a binade from
 // 1/32 to 8, then [8, 10) in four; [0, 1/32) as row 0, through the origin; 1

@@ -1,4 +1,5 @@
-// luxsTanh_32f_A24: tanh x on binary32 arrays, within 1 ulp; max error TBD.
+// luxsTanh_32f_A24: tanh x on binary32 arrays, within 1 ulp; max error 0.512 ulp at x = -0x1.0b5a5p+2 (luxvm
+// accuracy Tanh --points=200000).
 //
 // A polynomial of degree 6 in |x| on each of 27 intervals (4 a binade from 1/8 to
 // 8, then [8, 10); [0, 1/8) as row 0, through the origin; 1 from 10 on).

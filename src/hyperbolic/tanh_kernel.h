@@ -83,14 +83,14 @@ struct Kernel64 {
 
   // The selection for the special lanes of a pair: an infinity (zero low
   // word, exponent all ones, fraction zero) gives 1.0 with x's sign, a NaN x.
-  static __m128d select(__m128d x, __m128d v, __m128d spec) {
+  static __m128d select(__m128d x, __m128d v, __m128d special_lanes) {
     const __m128d abs = as_pd(_mm_set1_epi64x(int64_t(kAbs)));
     const __m128i inf =
         _mm_cmpeq_epi32(as_int(_mm_and_pd(x, abs)), _mm_set_epi32(0x7FF00000, 0, 0x7FF00000, 0));
     const __m128d is_inf = as_pd(_mm_and_si128(inf, _mm_shuffle_epi32(inf, _MM_SHUFFLE(2, 3, 0, 1))));
     const __m128d one = _mm_or_pd(_mm_set1_pd(1.0), _mm_andnot_pd(abs, x));
     const __m128d sv = _mm_or_pd(_mm_and_pd(is_inf, one), _mm_andnot_pd(is_inf, x));
-    return _mm_or_pd(_mm_and_pd(spec, sv), _mm_andnot_pd(spec, v));
+    return _mm_or_pd(_mm_and_pd(special_lanes, sv), _mm_andnot_pd(special_lanes, v));
   }
 
   void block(int i) {

@@ -296,18 +296,34 @@ inline ld ln_tail(const Row* rows, const uint64_t (&q)[5], ld ln2, ld w) {
   return h + r * p;
 }
 
-// The export body of the top tier: both guards, pairs of lanes, an odd last
-// lane alone.  Kernel: void pair(int i); void one(int i).
-template <class K>
-struct PairDriver {
-  K& k;
-  void block(int i) { k.pair(i); }
-  void tail(int i) { k.one(i); }
+// The two passes of the top tier, over batches of 128 lanes.  The first pass
+// takes the lanes in pairs (an odd last lane alone): for a lane on its
+// front's path it leaves w, in extended precision, and the sign to OR in, in
+// the scratch area and marks the slot; any other lane it finishes at once,
+// storing its result and status.  The second pass takes the logarithm of the
+// marked slots.  Between the two the extended values rest in memory, so their
+// bit splits never wait on the stores that made them.
+//   K: lux64f* dst; CallState<lux64f>& call;
+//      void front(int i, Slot* s0, Slot* s1)  lanes i and i+1 (s1 null: lane i alone)
+//      ld finish(ld w)                          the result from w
+struct Slot {
+  ld w;
+  uint64_t sign;
+  bool marked;
 };
+
 template <class K>
-inline luxStatus run_pairs(K& k, int len) {
-  PairDriver<K> d{k};
-  run_closed<2>(len, d);
+inline luxStatus run_batches(K& k, int len) {
+  constexpr int kBatch = 128;
+  Slot slots[kBatch];
+  for (int base = 0; base < len; base += kBatch) {
+    const int n = len - base < kBatch ? len - base : kBatch;
+    int j = 0;
+    for (; j + 1 < n; j += 2) k.front(base + j, &slots[j], &slots[j + 1]);
+    if (j < n) k.front(base + j, &slots[j], nullptr);
+    for (j = 0; j < n; ++j)
+      if (slots[j].marked) store_rounded(k.dst + base + j, k.finish(slots[j].w), slots[j].sign);
+  }
   return k.call.status();
 }
 

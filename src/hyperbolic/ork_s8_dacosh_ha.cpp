@@ -61,13 +61,15 @@ struct Kernel {
   const Table& t;
   ld ln2;
 
-  void one(int i) {
+  // The first pass on one lane: w into the slot, or the result at once.
+  void lane(int i, lux::invhyp::Slot* s) {
     const uint64_t x = lux::invhyp::bits_of(src + i);
     const int32_t hi = int32_t(x >> 32);
     const ld v = ld(__builtin_bit_cast(double, x));
-    if (hi >= kLogFrom && hi < kInfHigh) {
-      const ld w = v + __builtin_sqrtl(v * v - 1.0L);
-      lux::invhyp::store_rounded(dst + i, lux::invhyp::ln_tail(t.rows, t.q, ln2, w), 0);
+    s->marked = hi >= kLogFrom && hi < kInfHigh;
+    if (s->marked) {
+      s->w = v + __builtin_sqrtl(v * v - 1.0L);
+      s->sign = 0;
     } else if (hi >= kInfHigh) {
       lux::invhyp::x87_pass(src + i, dst + i);  // +Inf, or a NaN with the sign clear
     } else if (hi >= kOne) {
@@ -80,10 +82,11 @@ struct Kernel {
       if (!nan) call.warn(luxWarnDomain, i);
     }
   }
-  void pair(int i) {
-    one(i);
-    one(i + 1);
+  void front(int i, lux::invhyp::Slot* s0, lux::invhyp::Slot* s1) {
+    lane(i, s0);
+    if (s1) lane(i + 1, s1);
   }
+  ld finish(ld w) const { return lux::invhyp::ln_tail(t.rows, t.q, ln2, w); }
 };
 
 }  // namespace
@@ -94,5 +97,5 @@ LUXVM_EXPORT luxStatus luxsAcosh_64f_A53(const lux64f* src, lux64f* dst, int len
   lux::X87Guard64 x87;
   lux::CallState<lux64f> call(src, src, dst, dst);
   Kernel k{src, dst, call, kTable, lux::invhyp::x87_ln2()};
-  return lux::invhyp::run_pairs(k, len);
+  return lux::invhyp::run_batches(k, len);
 }

@@ -55,26 +55,29 @@ struct Kernel {
   const Table& t;
   ld ln2;
 
-  void one(int i) {
+  // The first pass on one lane: w into the slot, or the result at once.
+  void lane(int i, lux::invhyp::Slot* s) {
     const uint64_t x = lux::invhyp::bits_of(src + i);
     const uint64_t sign = x & 0x8000000000000000ull;
     const uint32_t ahi = uint32_t(x >> 32) & 0x7FFFFFFF;
     const ld a = ld(__builtin_bit_cast(double, x & 0x7FFFFFFFFFFFFFFFull));
-    if (ahi - kLogFrom < kInfHigh - kLogFrom) {
-      const ld w = a + __builtin_sqrtl(a * a + 1.0L);
-      lux::invhyp::store_rounded(dst + i, lux::invhyp::ln_tail(t.rows, t.q, ln2, w), sign);
+    s->marked = ahi - kLogFrom < kInfHigh - kLogFrom;
+    if (s->marked) {
+      s->w = a + __builtin_sqrtl(a * a + 1.0L);
+      s->sign = sign;
     } else if (ahi < kLogFrom) {
-      const ld s = a * a;
-      const ld p = s * lux::invhyp::ext(t.three_40) + lux::invhyp::ext(t.minus_sixth);
-      lux::invhyp::store_rounded(dst + i, a + (a * s) * p, sign);
+      const ld sq = a * a;
+      const ld p = sq * lux::invhyp::ext(t.three_40) + lux::invhyp::ext(t.minus_sixth);
+      lux::invhyp::store_rounded(dst + i, a + (a * sq) * p, sign);
     } else {
       lux::invhyp::x87_pass(src + i, dst + i);
     }
   }
-  void pair(int i) {
-    one(i);
-    one(i + 1);
+  void front(int i, lux::invhyp::Slot* s0, lux::invhyp::Slot* s1) {
+    lane(i, s0);
+    if (s1) lane(i + 1, s1);
   }
+  ld finish(ld w) const { return lux::invhyp::ln_tail(t.rows, t.q, ln2, w); }
 };
 
 }  // namespace
@@ -85,5 +88,5 @@ LUXVM_EXPORT luxStatus luxsAsinh_64f_A53(const lux64f* src, lux64f* dst, int len
   lux::X87Guard64 x87;
   lux::CallState<lux64f> call(src, src, dst, dst);
   Kernel k{src, dst, call, kTable, lux::invhyp::x87_ln2()};
-  return lux::invhyp::run_pairs(k, len);
+  return lux::invhyp::run_batches(k, len);
 }

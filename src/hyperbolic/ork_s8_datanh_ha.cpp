@@ -67,22 +67,24 @@ struct Kernel {
   static bool on_path(uint64_t x) { return uint32_t(x >> 32 & 0x7FFFFFFF) - kLogFrom < kOneHigh - kLogFrom; }
   static ld abs_of(uint64_t x) { return ld(__builtin_bit_cast(double, x& kAbs)); }
 
-  // w from 1/u.
-  void finish(int i, uint64_t x, ld inv_u) {
-    const ld w = -2.0L * inv_u - 1.0L;
-    lux::invhyp::store_rounded(dst + i, 0.5L * lux::invhyp::ln_tail(t.rows, t.q, ln2, w), x & ~kAbs);
+  // w = -2/u - 1 into the slot, from 1/u.
+  static void mark(lux::invhyp::Slot* s, uint64_t x, ld inv_u) {
+    s->w = -2.0L * inv_u - 1.0L;
+    s->sign = x & ~kAbs;
+    s->marked = true;
   }
 
-  // The lane routine: everything but a lane that shares its division.
-  void lane(int i, uint64_t x) {
+  // The lane routine: every lane that does not share its division.
+  void lane(int i, uint64_t x, lux::invhyp::Slot* s) {
     const uint64_t ax = x & kAbs;
+    s->marked = false;
     if (on_path(x)) {
       const ld u = abs_of(x) - 1.0L;
-      finish(i, x, (1.0L / (u * u)) * u);
+      mark(s, x, (1.0L / (u * u)) * u);
     } else if (uint32_t(ax >> 32) < kLogFrom) {
-      const ld a = abs_of(x), s = a * a;
-      const ld p = (s * ext(t.c7) + ext(t.c5)) * s + ext(t.c3);
-      lux::invhyp::store_rounded(dst + i, a + (a * s) * p, x & ~kAbs);
+      const ld a = abs_of(x), sq = a * a;
+      const ld p = (sq * ext(t.c7) + ext(t.c5)) * sq + ext(t.c3);
+      lux::invhyp::store_rounded(dst + i, a + (a * sq) * p, x & ~kAbs);
     } else if (ax == kOneBits) {
       lux::invhyp::store_bits(dst + i, kInfBits | (x & ~kAbs));
       call.warn(luxWarnSingularity, i);
@@ -92,19 +94,21 @@ struct Kernel {
     }
   }
 
-  void one(int i) { lane(i, lux::invhyp::bits_of(src + i)); }
-  void pair(int i) {
-    const uint64_t x0 = lux::invhyp::bits_of(src + i), x1 = lux::invhyp::bits_of(src + i + 1);
+  void front(int i, lux::invhyp::Slot* s0, lux::invhyp::Slot* s1) {
+    const uint64_t x0 = lux::invhyp::bits_of(src + i);
+    if (!s1) return lane(i, x0, s0);
+    const uint64_t x1 = lux::invhyp::bits_of(src + i + 1);
     if (on_path(x0) && on_path(x1)) {
       const ld u0 = abs_of(x0) - 1.0L, u1 = abs_of(x1) - 1.0L;
       const ld inv = 1.0L / (u0 * u1);
-      finish(i, x0, inv * u1);
-      finish(i + 1, x1, inv * u0);
+      mark(s0, x0, inv * u1);
+      mark(s1, x1, inv * u0);
       return;
     }
-    lane(i, x0);
-    lane(i + 1, x1);
+    lane(i, x0, s0);
+    lane(i + 1, x1, s1);
   }
+  ld finish(ld w) const { return 0.5L * lux::invhyp::ln_tail(t.rows, t.q, ln2, w); }
 };
 
 }  // namespace
@@ -115,5 +119,5 @@ LUXVM_EXPORT luxStatus luxsAtanh_64f_A53(const lux64f* src, lux64f* dst, int len
   lux::X87Guard64 x87;
   lux::CallState<lux64f> call(src, src, dst, dst);
   Kernel k{src, dst, call, kTable, lux::invhyp::x87_ln2()};
-  return lux::invhyp::run_pairs(k, len);
+  return lux::invhyp::run_batches(k, len);
 }

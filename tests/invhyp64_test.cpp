@@ -142,23 +142,8 @@ TEST(InvHyp64, AtanhSpecialValues) {
 // Statuses over an array.
 
 TEST(InvHyp64, LastOffendingLaneWins) {
-  for (const char* f : kAtanh) {
-    std::vector<uint64_t> in(13, kHalf);
-    in[5] = kOne, in[9] = kTwo;
-    EXPECT_EQ(run(f, in).status, kDom) << f;
-    in[5] = kNegTwo, in[9] = kNegOne;
-    EXPECT_EQ(run(f, in).status, kSing) << f;
-    in.assign(13, kHalf);
-    in[1] = kOne, in[12] = kQNaN;  // a later NaN sets nothing
-    EXPECT_EQ(run(f, in).status, kSing) << f;
-  }
-  for (const char* f : kAcosh) {
-    std::vector<uint64_t> in(13, kTwo);
-    in[2] = kHalf, in[11] = kQNaN;
-    EXPECT_EQ(run(f, in).status, kDom) << f;
-    in.assign(13, kTwo);
-    EXPECT_EQ(run(f, in).status, 0) << f;
-  }
+  invhyptest::expect_last_offending_lane_wins(kAtanh, kAcosh,
+                                              {kHalf, kOne, kTwo, kNegOne, kNegTwo, kQNaN, kTwo});
 }
 
 // ---------------------------------------------------------------------------

@@ -114,6 +114,35 @@ inline void expect_cases(const std::vector<Case>& cases, uint64_t ordinary64, ui
   }
 }
 
+// Statuses over an array, for one width's Atanh and Acosh tiers: of several
+// offending lanes the last decides; a later NaN lane, which sets nothing,
+// does not clear it.  The values are given in the width's bits: 1/2, 1, 2
+// and a quiet NaN, and an ordinary Acosh lane.
+struct StatusValues {
+  uint64_t half, one, two, neg_one, neg_two, qnan, acosh_ordinary;
+};
+template <size_t NA, size_t NC>
+inline void expect_last_offending_lane_wins(const char* const (&atanh)[NA], const char* const (&acosh)[NC],
+                                            const StatusValues& v) {
+  for (const char* f : atanh) {
+    std::vector<uint64_t> in(13, v.half);
+    in[5] = v.one, in[9] = v.two;
+    EXPECT_EQ(run(f, in).status, luxWarnDomain) << f;
+    in[5] = v.neg_two, in[9] = v.neg_one;
+    EXPECT_EQ(run(f, in).status, luxWarnSingularity) << f;
+    in.assign(13, v.half);
+    in[1] = v.one, in[12] = v.qnan;
+    EXPECT_EQ(run(f, in).status, luxWarnSingularity) << f;
+  }
+  for (const char* f : acosh) {
+    std::vector<uint64_t> in(13, v.acosh_ordinary);
+    in[2] = v.half, in[11] = v.qnan;
+    EXPECT_EQ(run(f, in).status, luxWarnDomain) << f;
+    in.assign(13, v.acosh_ordinary);
+    EXPECT_EQ(run(f, in).status, 0) << f;
+  }
+}
+
 // Each lane of a long call (blocks with and without offending lanes, and a
 // tail) equals the same lane computed alone, and the in-place call gives the
 // same bits, for every length up to the whole array.

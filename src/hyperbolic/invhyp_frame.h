@@ -47,6 +47,14 @@ inline bool all_within(__m128i words, uint32_t bias, uint32_t span) {
   return _mm_movemask_ps(_mm_castsi128_ps(ok)) == 0xF;
 }
 
+// Both vectors of a binary32 block: every lane's bits, ANDed with `mask`, in
+// [from, from + span).
+inline bool block_within(__m128 x0, __m128 x1, uint32_t mask, uint32_t from, uint32_t span) {
+  const __m128i m = _mm_set1_epi32(int32_t(mask));
+  return all_within(_mm_and_si128(as_int(x0), m), from, span) &&
+         all_within(_mm_and_si128(as_int(x1), m), from, span);
+}
+
 // The high words of the four binary64 lanes of a block.
 inline __m128i high_words4(__m128d x0, __m128d x1) {
   return _mm_castps_si128(_mm_shuffle_ps(_mm_castpd_ps(x0), _mm_castpd_ps(x1), _MM_SHUFFLE(3, 1, 3, 1)));
@@ -189,6 +197,31 @@ inline SplitF split_unit(__m128 w) {
   const __m128 m =
       as_ps(_mm_or_si128(_mm_and_si128(b, _mm_set1_epi32(0x007FFFFF)), _mm_set1_epi32(0x3F800000)));
   return {_mm_cvtepi32_ps(ei), m};
+}
+
+// ln w of the binary32 per-lane tiers: w = 2^e * m, t = m - 1 in [0, 1),
+// t L(t) + e c (c = ln 2, or ln(2)/2 for the half logarithm); `extra` adds
+// to e (1 in the lanes where w stands for 2|x|, else 0).
+template <int N>
+inline __m128 log_t_poly(__m128 w, __m128 extra, const Row32 (&l)[N], __m128 c) {
+  const SplitF sp = split_unit(w);
+  const __m128 t = _mm_sub_ps(sp.m, _mm_set1_ps(1.0f));
+  return _mm_add_ps(_mm_mul_ps(t, horner(l, t)), _mm_mul_ps(_mm_add_ps(sp.e, extra), c));
+}
+
+// The binary32 lanes whose bits, as signed integers, lie above `above`:
+// there the square of the argument would overflow, and the kernels take
+// ln|x| + ln 2 (extra = 1 for the exponent).  `arg` is v with those lanes
+// replaced by 2.0, so that the arithmetic of the main formula on them
+// raises no flag.  Without Masked no lane is huge.
+struct HugeLanes {
+  __m128 mask, arg, extra;
+};
+template <bool Masked>
+inline HugeLanes huge_lanes(__m128 v, uint32_t above) {
+  if constexpr (!Masked) return {_mm_setzero_ps(), v, _mm_setzero_ps()};
+  const __m128 mask = as_ps(_mm_cmpgt_epi32(as_int(v), _mm_set1_epi32(int32_t(above))));
+  return {mask, select(mask, _mm_set1_ps(2.0f), v), _mm_and_ps(mask, _mm_set1_ps(1.0f))};
 }
 
 // The same split with m in [sqrt(2)/2, sqrt(2)): where the fraction f of w

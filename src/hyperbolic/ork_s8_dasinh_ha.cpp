@@ -1,5 +1,5 @@
 // luxsAsinh_64f_A53: inverse hyperbolic sine of binary64 lanes, tier A53 (bound 1 ulp).
-// max error (measured below)
+// max error 0.667 ulp at x = -0x1.37174f3af9cc7p-9 (luxvm accuracy, 800660 points)
 //
 // asinh |x| = ln(w), w = |x| + sqrt(x^2 + 1), every step on the x87 at 64-bit
 // precision and rounded once to binary64 when stored; the sign of x is ORed

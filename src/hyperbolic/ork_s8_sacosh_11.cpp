@@ -31,7 +31,7 @@ constexpr uint32_t kPathFrom = 0x3F800001;
 constexpr uint32_t kPathSpan = 0x1FFFFFFF;
 
 struct alignas(16) Table {
-  Row32 one, two, three, minus_half, ln2, one_bits, huge_below, near_below, inf_below;
+  Row32 one, two, three, minus_half, ln2, one_bits, near_below, inf_below;
   Row32 p[3];  // acosh(1 + A)/sqrt(A) on 0 <= A < 0.5
   Row32 l[4];  // ln(1 + t)/t on [0, 1)
 };
@@ -43,7 +43,6 @@ constexpr Table kTable = {
     .minus_half = row32(0xBF000000),
     .ln2 = row32(0x3F317218),  // 0.693147182
     .one_bits = row32(0x3F800000),
-    .huge_below = row32(0x5F7FFFFF),
     .near_below = row32(0x3FC00000),  // 1.5
     .inf_below = row32(0x7F7FFFFF),
     .p =
@@ -66,15 +65,14 @@ struct Unit {
   using Table = ::Table;
 
   static bool main_range(const Table&, __m128 x0, __m128 x1) {
-    return lux::invhyp::all_within(as_int(x0), kPathFrom, kPathSpan) &&
-           lux::invhyp::all_within(as_int(x1), kPathFrom, kPathSpan);
+    return lux::invhyp::block_within(x0, x1, 0xFFFFFFFF, kPathFrom, kPathSpan);
   }
 
   template <bool Masked>
   static __m128 eval(const Table& t, __m128 x) {
-    const __m128 huge = Masked ? as_ps(_mm_cmpgt_epi32(as_int(x), t.huge_below.pi())) : _mm_setzero_ps();
+    const lux::invhyp::HugeLanes h = lux::invhyp::huge_lanes<Masked>(x, kPathFrom + kPathSpan - 1);
     const __m128 unit = Masked ? as_ps(_mm_cmpeq_epi32(as_int(x), t.one_bits.pi())) : _mm_setzero_ps();
-    const __m128 xs = Masked ? select(_mm_or_ps(huge, unit), t.two.ps(), x) : x;
+    const __m128 xs = select(unit, t.two.ps(), h.arg);
     const __m128 near = as_ps(_mm_cmplt_epi32(as_int(xs), t.near_below.pi()));
     const __m128 a = _mm_sub_ps(select(near, xs, _mm_mul_ps(xs, xs)), t.one.ps());
     const __m128 rs = _mm_rsqrt_ps(a);
@@ -82,19 +80,12 @@ struct Unit {
     const __m128 q =
         _mm_mul_ps(_mm_mul_ps(_mm_sub_ps(_mm_mul_ps(rs, y), t.three.ps()), y), t.minus_half.ps());
     const __m128 nv = _mm_mul_ps(lux::invhyp::horner(t.p, a), q);
-    __m128 w = _mm_add_ps(q, xs);
-    if constexpr (Masked) w = select(huge, x, w);
-    lux::invhyp::SplitF sp = lux::invhyp::split_unit(w);
-    if constexpr (Masked) sp.e = _mm_add_ps(sp.e, _mm_and_ps(huge, t.one.ps()));
-    const __m128 tt = _mm_sub_ps(sp.m, t.one.ps());
-    const __m128 fv = _mm_add_ps(_mm_mul_ps(tt, lux::invhyp::horner(t.l, tt)), _mm_mul_ps(sp.e, t.ln2.ps()));
-    __m128 res = select(near, nv, fv);
-    if constexpr (Masked) {
-      const __m128 top = as_ps(_mm_cmpgt_epi32(as_int(x), t.inf_below.pi()));
-      res = select(top, _mm_mul_ps(x, t.one.ps()), res);
-      res = _mm_andnot_ps(unit, res);
-    }
-    return res;
+    const __m128 w = select(h.mask, x, _mm_add_ps(q, xs));
+    const __m128 res = select(near, nv, lux::invhyp::log_t_poly(w, h.extra, t.l, t.ln2.ps()));
+    if constexpr (!Masked) return res;
+    // +Inf stays, a positive NaN is quieted, 1 gives +0.
+    const __m128 top = as_ps(_mm_cmpgt_epi32(as_int(x), t.inf_below.pi()));
+    return _mm_andnot_ps(unit, select(top, _mm_mul_ps(x, t.one.ps()), res));
   }
 
   static luxStatus status(uint32_t x) {

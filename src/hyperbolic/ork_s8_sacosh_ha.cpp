@@ -1,5 +1,5 @@
 // luxsAcosh_32f_A24: inverse hyperbolic cosine of binary32 lanes, tier A24 (bound 1 ulp).
-// max error (measured below)
+// max error 0.882 ulp at x = 0x1.69a678p+90 (luxvm accuracy, 800297 points)
 //
 // acosh x = ln(sqrt(x^2 - 1) + x); the arithmetic stands in
 // hyperbolic/sinvhyp_ha.h.  A block of 8 stays on the vector path when every

@@ -1,5 +1,5 @@
 // luxsAtanh_32f_A11: inverse hyperbolic tangent of binary32 lanes, tier A11 (bound 2^13 ulp).
-// max error (measured below)
+// max error 2.81e+03 ulp at x = 0x1.11f06ap-1 (luxvm accuracy, 800396 points)
 //
 // Per lane, a = |x|, s = x^2, w = (1 + a) * rho, rho the 12-bit reciprocal
 // estimate of 1 - a (not refined: the bound allows it).  While s < 1/4:

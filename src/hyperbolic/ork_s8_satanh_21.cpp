@@ -1,5 +1,5 @@
 // luxsAtanh_32f_A21: inverse hyperbolic tangent of binary32 lanes, tier A21 (bound 8 ulp).
-// max error (measured below)
+// max error 2.89 ulp at x = -0x1.3089d6p-1 (luxvm accuracy, 800396 points)
 //
 // Per lane, a = |x|, s = x^2, w = (1 + a)/(1 - a).  While s < 1/4:
 // atanh a = a + a s P(s), P of degree 4.  Elsewhere ln(w)/2, w = 2^e * m,

@@ -1,5 +1,5 @@
 // luxsAtanh_32f_A24: inverse hyperbolic tangent of binary32 lanes, tier A24 (bound 1 ulp).
-// max error (measured below)
+// max error 0.856 ulp at x = 0x1.c53cd2p-1 (luxvm accuracy, 800396 points)
 //
 // Per lane, a = |x|, two forms split at 0.75:
 //  below: c = 0.6875 above 0.6, else 0; v = (c - a)/(a c - 1), so that

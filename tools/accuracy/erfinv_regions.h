@@ -24,13 +24,13 @@ inline Region near_region(std::string name, double anchor, double sign, double l
           }};
 }
 
-// Boundaries of the rows: y = 2^-k (1 + j/16) for y from 1/2 down a few
+// Boundaries of the rows: y = 2^-k and 2^-k * 1.5 for y from 1/2 down a few
 // binades and at the rows' end, mapped to the argument by `map`.
 inline std::vector<double> row_edges(int bits, double (*map)(double)) {
   std::vector<double> out;
   const int last = bits == 64 ? 53 : 24;
   for (int k = 1; k <= last; k += (k < 4 || k > last - 3) ? 1 : 7)
-    for (int j = 0; j < 16; j += 3) out.push_back(map(std::ldexp(1.0 + j / 16.0, -k)));
+    for (double j : {1.0, 1.5}) out.push_back(map(std::ldexp(j, -k)));
   return out;
 }
 
@@ -47,7 +47,7 @@ inline std::vector<Region> erfinv(int bits) {
       near_region("near 1: 1 - d, d in [2^-53/2^-24, 1/2]", 1.0, -1.0, eps, 0.5),
       near_region("near -1", -1.0, 1.0, eps, 0.5),
       log_uniform_region("scaled path, |x| < reach", bits == 64 ? 0x1p-1074 : 0x1p-149, reach, true),
-      splits_region("row boundaries", row_edges(bits, erfinv_arg), 2),
+      splits_region("row boundaries", row_edges(bits, erfinv_arg), 1),
       splits_region("edges", {1.0, -1.0, reach, -reach, 0.5, 0x1p-1022, 0x1p-126, 0.0}, 3),
       specials_region(),
   };
@@ -64,7 +64,7 @@ inline std::vector<Region> erfcinv(int bits) {
       log_uniform_region("rows near 0, [reach, 1/2]", reach, 0.5, false),
       log_uniform_region("tail, [least denormal, reach)", bits == 64 ? 0x1p-1074 : 0x1p-149, reach, false),
       log_uniform_region("tail of binary32 args in double", 0x1p-149, 0x1p-24, false),
-      splits_region("row boundaries", row_edges(bits, erfcinv_arg), 2),
+      splits_region("row boundaries", row_edges(bits, erfcinv_arg), 1),
       splits_region("edges", {0.0, 1.0, 2.0, reach, 0.5, 1.5, 0x1p-1022, 0x1p-126, 0x1p-1074}, 3),
       specials_region(),
   };
@@ -80,7 +80,7 @@ inline std::vector<Region> cdfnorminv(int bits) {
       near_region("near 1 (1 - d)", 1.0, -1.0, eps, 0.5),
       log_uniform_region("rows near 0, [reach, 1/2]", reach, 0.5, false),
       log_uniform_region("tail, [least denormal, reach)", bits == 64 ? 0x1p-1074 : 0x1p-149, reach, false),
-      splits_region("row boundaries", row_edges(bits, cdfnorminv_arg), 2),
+      splits_region("row boundaries", row_edges(bits, cdfnorminv_arg), 1),
       splits_region("edges", {0.0, 0.5, 1.0, reach, 0.25, 0.75, 0x1p-1022, 0x1p-126, 0x1p-1074}, 3),
       specials_region(),
   };

@@ -44,7 +44,7 @@ namespace {
 
 using gen::bits_of;
 
-constexpr mpfr_prec_t kPrec = 192;
+constexpr mpfr_prec_t kPrec = 128;
 
 struct Mp {
   mpfr_t v;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "common/erfinv_mp.h"
+#include "erfinv_accuracy.h"
 #include "luxvm.h"
 #include "support/testing.h"
 
@@ -91,12 +92,7 @@ TEST(ErfInv32, TailArgumentsGoThroughTheDoubleTail) {
   mpfr_clears(a, z, (mpfr_ptr)0);
 }
 
-void expect_accuracy(const char* family) {
-  const luxtk::SweepOptions saved = luxtest::g_sweep;
-  luxtest::g_sweep.points = std::max(20L, saved.points / 200);
-  luxtest::expect_family_accuracy(family, 32);
-  luxtest::g_sweep = saved;
-}
+void expect_accuracy(const char* family) { luxtest::expect_inverse_accuracy(family, 32); }
 
 TEST(ErfInv32, Accuracy) { expect_accuracy("ErfInv"); }
 TEST(ErfcInv32, Accuracy) { expect_accuracy("ErfcInv"); }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "common/erfinv_mp.h"
+#include "erfinv_accuracy.h"
 #include "luxvm.h"
 #include "support/testing.h"
 
@@ -246,12 +247,7 @@ TEST(ErfInv64, OracleMeetsItsIdentities) {
 
 // The sweeps of these families measure against an iterative oracle: a
 // fiftieth of the usual points per region.
-void expect_accuracy(const char* family) {
-  const luxtk::SweepOptions saved = luxtest::g_sweep;
-  luxtest::g_sweep.points = std::max(20L, saved.points / 200);
-  luxtest::expect_family_accuracy(family, 64);
-  luxtest::g_sweep = saved;
-}
+void expect_accuracy(const char* family) { luxtest::expect_inverse_accuracy(family, 64); }
 
 TEST(ErfInv64, Accuracy) { expect_accuracy("ErfInv"); }
 TEST(ErfcInv64, Accuracy) { expect_accuracy("ErfcInv"); }

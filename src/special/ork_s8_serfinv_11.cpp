@@ -1,5 +1,5 @@
 // luxsErfInv_32f_A11: erfinv(x) on binary32 arrays within 2^13 ulp;
-// max error (to be measured).
+// max error 1.08e+03 ulp at x = 0x1p-1 (luxvm accuracy --points=10000).
 //
 // The row scheme of special/erfinv_lanes.h, plain Horner of degree 1 in v.
 // Rows: 384, 2 floats each, row = 0x7EF - (y's bits >> 19).

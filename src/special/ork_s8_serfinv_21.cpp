@@ -1,0 +1,31 @@
+// luxsErfInv_32f_A21: erfinv(x) on binary32 arrays within 8 ulp;
+// max error 4.21 ulp at x = 0x1.f72276p-2 (luxvm accuracy --points=10000).
+//
+// The row scheme of special/erfinv_lanes.h, plain Horner of degree 3 in v.
+// Rows: 192, 4 floats each, row = 0x3F7 - (y's bits >> 20).
+#include "special/erfinv_lanes.h"
+#include "special/erfinv_scalar.h"
+
+namespace {
+
+using lux::erfinv::Func;
+using lux::erfinv::Layout;
+using Shape = lux::erfinv::Shape<Func::kErfInv, Layout::kPlain, 3, 0x3F7, 20>;
+using Table = lux::erfinv::Table32<192, 4>;
+
+// sErfInv_LA_Table: the rows hold F(y) = erfinv(1 - y)/(1 - y).
+constexpr Table make_table() {
+  Table t{.rows = {
+#include "special/serfinv_la_rows.inc"
+          }};
+  lux::erfinv::set_constants(t, 0x3F880000, 0x000FFFFF);  // centre 1.0625
+  return t;
+}
+
+constexpr Table sErfInv_LA_Table = make_table();
+
+}  // namespace
+
+LUXVM_EXPORT luxStatus luxsErfInv_32f_A21(const lux32f* src, lux32f* dst, int len) {
+  return lux::erfinv::run32<Shape, 8, lux::erfinv::erfinv_lane32>(sErfInv_LA_Table, src, dst, len);
+}

@@ -22,6 +22,7 @@ namespace {
 
 using lux::Row64;
 using lux::row64;
+using lux::genframe::opaque;
 
 struct alignas(16) Expm1Table {
   uint64_t exp128[129][2];   // {Tlo[j], Thi[j]} for j = -64..64, at j + 64
@@ -82,11 +83,6 @@ constexpr uint64_t kMinusOne = 0xBFF0000000000000;  // the result for -Inf
 inline double d(const Row64& r) { return __builtin_bit_cast(double, r.v[0]); }
 inline uint64_t u64(double x) { return __builtin_bit_cast(uint64_t, x); }
 inline double f64(uint64_t b) { return __builtin_bit_cast(double, b); }
-// Keeps an operation whose value is wanted for its flag from being folded.
-inline double opaque(double x) {
-  asm volatile("" : "+x"(x));
-  return x;
-}
 
 // The reduction shared by the scalar paths: Thi, Tlo, A, D and k.
 struct ScalarReduced {
@@ -164,10 +160,7 @@ inline double float_scale(int32_t k) {
   if ((bits << 1) == 0) return x;
   // e^x - 1 rounds to x.  It is inexact: 1 + 2^-1000 says so; a subnormal x
   // is also tiny, and 2^-1000 squared says that as well.
-  if (H < 0x00100000)
-    opaque(opaque(d(T.small)) * d(T.small));
-  else
-    opaque(1.0 + opaque(d(T.small)));
+  lux::genframe::flag_rounded_to_tiny(H < 0x00100000, d(T.small));
   return x;
 }
 
@@ -189,11 +182,6 @@ struct PairProducts {
   __m128d hiP, loP, s;
 };
 
-inline __m128d pair_of(const uint64_t* a, const uint64_t* b) {
-  return lux::as_pd(_mm_unpacklo_epi64(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(a)),
-                                       _mm_loadl_epi64(reinterpret_cast<const __m128i*>(b))));
-}
-
 inline bool pair_products(__m128d x, PairProducts* out) {
   const Expm1Table& T = kExpm1;
   const __m128d S = _mm_add_pd(_mm_mul_pd(x, T.kln2.pd()), T.two52h.pd());
@@ -206,8 +194,8 @@ inline bool pair_products(__m128d x, PairProducts* out) {
       _mm_or_si128(_mm_cmplt_epi32(field, _mm_set1_epi32(0)), _mm_cmpgt_epi32(field, _mm_set1_epi32(0x7FE)));
   if (__builtin_expect((_mm_movemask_ps(_mm_castsi128_ps(out_of_range)) & 3) != 0, 0)) return false;
   const int j0 = _mm_cvtsi128_si32(j) + 64, j1 = _mm_cvtsi128_si32(_mm_srli_si128(j, 4)) + 64;
-  const __m128d thi = pair_of(&T.exp128[j0][1], &T.exp128[j1][1]);
-  const __m128d tlo = pair_of(&T.exp128[j0][0], &T.exp128[j1][0]);
+  const __m128d thi = lux::genframe::gather2(&T.exp128[j0][1], &T.exp128[j1][1]);
+  const __m128d tlo = lux::genframe::gather2(&T.exp128[j0][0], &T.exp128[j1][0]);
 
   const __m128d r1 = _mm_sub_pd(x, _mm_mul_pd(T.ln2k0.pd(), N));
   const __m128d rh = _mm_sub_pd(r1, _mm_mul_pd(T.ln2k1.pd(), N));

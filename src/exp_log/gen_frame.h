@@ -6,12 +6,35 @@
 // paths, so a tail lane gets the value it would get in a block of its own.
 #pragma once
 
+#include <pmmintrin.h>
 #include <stdint.h>
 
 #include "frame/frame.h"
 #include "frame/lanes.h"
 
 namespace lux::genframe {
+
+// Keeps an operation whose value is wanted for its flag from being folded.
+inline double opaque(double x) {
+  asm volatile("" : "+x"(x));
+  return x;
+}
+
+// Two table words, one per lane, as raw bits.
+inline __m128d gather2(const uint64_t* a, const uint64_t* b) {
+  return as_pd(_mm_unpacklo_epi64(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(a)),
+                                  _mm_loadl_epi64(reinterpret_cast<const __m128i*>(b))));
+}
+
+// A result that rounds to the tiny argument itself is inexact: 1 + small
+// says so; a subnormal argument is also tiny, and small squared (which
+// underflows) says that as well.  small = 2^-1000.
+inline void flag_rounded_to_tiny(bool subnormal, double small) {
+  if (subnormal)
+    opaque(opaque(small) * small);
+  else
+    opaque(1.0 + opaque(small));
+}
 
 // K provides
 //   using Elem;  static constexpr int kBlock;

@@ -22,6 +22,7 @@ namespace {
 
 using lux::Row64;
 using lux::row64;
+using lux::genframe::opaque;
 
 struct alignas(16) Log1pTable {
   uint32_t rcp[256];     // r_i = RN(2048/(1 + (i + 0.5)/256))/2048
@@ -87,10 +88,6 @@ inline double d(uint64_t b) { return __builtin_bit_cast(double, b); }
 inline double d(const Row64& r) { return d(r.v[0]); }
 inline uint64_t u64(double x) { return __builtin_bit_cast(uint64_t, x); }
 inline double clear_low(double x) { return d(u64(x) & 0xFFFFFFFF00000000ull); }
-inline double opaque(double x) {
-  asm volatile("" : "+x"(x));
-  return x;
-}
 
 // The common tail: e ln 2 - ln r_i + ln(1 + rh + rl).
 inline double log_tail(double rh, double rl, int32_t e, int i) {
@@ -191,10 +188,7 @@ inline double log_tail(double rh, double rl, int32_t e, int i) {
   }
   if ((bits << 1) == 0) return x;
   // ln(1 + x) rounds to x: inexact, and tiny for a subnormal x.
-  if (H < 0x00100000)
-    opaque(opaque(d(T.small)) * d(T.small));
-  else
-    opaque(1.0 + opaque(d(T.small)));
+  lux::genframe::flag_rounded_to_tiny(H < 0x00100000, d(T.small));
   return x;
 }
 
@@ -204,11 +198,6 @@ inline double log_tail(double rh, double rl, int32_t e, int i) {
 inline bool regular(__m128i w, uint32_t cmp, int lanes) {
   const __m128i bad = _mm_cmpgt_epi32(_mm_sub_epi32(w, kLog1p.sub.pi()), _mm_set1_epi32(int32_t(cmp)));
   return (_mm_movemask_ps(_mm_castsi128_ps(bad)) & ((1 << lanes) - 1)) == 0;
-}
-
-inline __m128d pair_of(const uint64_t* a, const uint64_t* b) {
-  return lux::as_pd(_mm_unpacklo_epi64(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(a)),
-                                       _mm_loadl_epi64(reinterpret_cast<const __m128i*>(b))));
 }
 
 inline __m128d log1p_pair(__m128d x) {
@@ -238,8 +227,10 @@ inline __m128d log1p_pair(__m128d x) {
   const __m128d odd = _mm_mul_pd(_mm_mul_pd(_mm_add_pd(_mm_mul_pd(T.p3.pd(), z), T.p1.pd()), r), z);
   const __m128d p = _mm_add_pd(even, odd);
   const __m128d ed = _mm_cvtepi32_pd(e);
-  const __m128d kh = _mm_add_pd(_mm_mul_pd(ed, T.ln2hi.pd()), pair_of(&T.log[i0][1], &T.log[i1][1]));
-  const __m128d kl = _mm_add_pd(_mm_mul_pd(ed, T.ln2lo.pd()), pair_of(&T.log[i0][0], &T.log[i1][0]));
+  const __m128d kh =
+      _mm_add_pd(_mm_mul_pd(ed, T.ln2hi.pd()), lux::genframe::gather2(&T.log[i0][1], &T.log[i1][1]));
+  const __m128d kl =
+      _mm_add_pd(_mm_mul_pd(ed, T.ln2lo.pd()), lux::genframe::gather2(&T.log[i0][0], &T.log[i1][0]));
   return _mm_add_pd(_mm_add_pd(rh, kh), _mm_add_pd(_mm_add_pd(rl, p), kl));
 }
 

@@ -56,19 +56,14 @@ struct TanLA {
 
   static __m128d eval(__m128d x) {
     const Table& T = kTable;
-    const __m128d ax = _mm_andnot_pd(T.sign.pd(), x);
-    const __m128d t = _mm_add_pd(_mm_mul_pd(ax, T.two_over_pi.pd()), T.shifter.pd());
-    const __m128d n = _mm_sub_pd(t, T.shifter.pd());
-    const __m128d r = lux::sincos::subtract_multiples(ax, n, T.p1, T.p2, T.p3, T.p4);
-    const __m128d z = _mm_mul_pd(r, r);
-    __m128d top = _mm_mul_pd(lux::sincos::horner(z, T.n6, T.n4, T.n2, T.n0), r);
-    __m128d bottom = lux::sincos::horner(z, T.d6, T.d4, T.d2, T.d0);
-    // Bit 1 of t lands in the sign of t << 62, and -0 == 0: the lane is odd
-    // exactly when the shifted pattern compares unequal to zero.
-    const __m128i ti = lux::as_int(t);
-    lux::tan::swap_where(_mm_cmpneq_pd(lux::as_pd(_mm_slli_epi64(ti, 62)), _mm_setzero_pd()), top, bottom);
-    const __m128d sign = _mm_xor_pd(lux::as_pd(_mm_slli_epi64(ti, 63)), _mm_and_pd(x, T.sign.pd()));
-    return _mm_xor_pd(_mm_div_pd(top, bottom), sign);
+    return lux::tan::quotient_on_abs(
+        x, T,
+        [&](__m128d ax, __m128d n) { return lux::sincos::subtract_multiples(ax, n, T.p1, T.p2, T.p3, T.p4); },
+        [&](__m128d r, __m128d& num, __m128d& den) {
+          const __m128d z = _mm_mul_pd(r, r);
+          num = _mm_mul_pd(lux::sincos::horner(z, T.n6, T.n4, T.n2, T.n0), r);
+          den = lux::sincos::horner(z, T.d6, T.d4, T.d2, T.d0);
+        });
   }
 
   static void call_out(int i, const lux64f* src, lux64f* dst, luxStatus* status) {

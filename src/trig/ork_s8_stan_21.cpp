@@ -49,16 +49,11 @@ struct TanLA {
 
   static __m128 eval(__m128 x) {
     const Table& T = kTable;
-    const __m128 t = _mm_add_ps(_mm_mul_ps(x, T.two_over_pi.ps()), T.shifter.ps());
-    const __m128 n = _mm_sub_ps(t, T.shifter.ps());
-    const __m128 r = lux::sincos::subtract_multiples(x, n, T.p1, T.p2, T.p3, T.p4);
-    const __m128 s = lux::sincos::flip_sign_if_odd(r, lux::as_int(t));
-    const __m128 z = _mm_mul_ps(r, r);
-    __m128 top = _mm_add_ps(_mm_mul_ps(_mm_mul_ps(T.n3.ps(), z), s), s);
-    __m128 bottom = lux::sincos::horner(z, T.d4, T.d2, T.one);
-    lux::tan::swap_where(_mm_cmpneq_ps(lux::as_ps(_mm_slli_epi32(lux::as_int(t), 30)), _mm_setzero_ps()), top,
-                         bottom);
-    const __m128 q = _mm_div_ps(top, bottom);
+    const __m128 q = lux::tan::quotient_signed(
+        x, T,
+        [&](__m128 v, __m128 n) { return lux::sincos::subtract_multiples(v, n, T.p1, T.p2, T.p3, T.p4); },
+        [&](__m128 z, __m128 s) { return _mm_add_ps(_mm_mul_ps(_mm_mul_ps(T.n3.ps(), z), s), s); },
+        [](__m128 top, __m128 bottom) { return _mm_div_ps(top, bottom); });
     // tan(-0) = -0: the numerator's (-0)(-0) would give +0, so an exact
     // zero puts its own sign back.
     return _mm_or_ps(q, _mm_and_ps(_mm_cmpeq_ps(x, _mm_setzero_ps()), x));

@@ -69,4 +69,44 @@ inline void swap_where(__m128 odd, __m128& top, __m128& bottom) {
   top = t;
 }
 
+// Binary64, on |x|: t = |x| 2/pi + 2^52 with n's parity in bit 0 of its
+// pattern, r = |x| - n pi/2 by the unit's parts (`reduce(ax, n)`), and the
+// unit's numerator and denominator (`fraction(r, num, den)`); the quotient
+// is taken the other way up for odd n and signed by the parity and x.
+//
+// Table: rows two_over_pi, shifter (2^52), sign.
+template <class Table, class Reduce, class Fraction>
+inline __m128d quotient_on_abs(__m128d x, const Table& T, Reduce reduce, Fraction fraction) {
+  const __m128d ax = _mm_andnot_pd(T.sign.pd(), x);
+  const __m128d t = _mm_add_pd(_mm_mul_pd(ax, T.two_over_pi.pd()), T.shifter.pd());
+  const __m128d n = _mm_sub_pd(t, T.shifter.pd());
+  __m128d top, bottom;
+  fraction(reduce(ax, n), top, bottom);
+  // Bit 1 of t lands in the sign of t << 62, and -0 == 0: the lane is odd
+  // exactly when the shifted pattern compares unequal to zero.
+  const __m128i ti = as_int(t);
+  swap_where(_mm_cmpneq_pd(as_pd(_mm_slli_epi64(ti, 62)), _mm_setzero_pd()), top, bottom);
+  const __m128d sign = _mm_xor_pd(as_pd(_mm_slli_epi64(ti, 63)), _mm_and_pd(x, T.sign.pd()));
+  return _mm_xor_pd(_mm_div_pd(top, bottom), sign);
+}
+
+// Binary32, on signed x in single precision: t = x 2/pi + 1.5 2^23, r = x -
+// n pi/2 by the unit's parts, s = r signed by n's parity; numerator
+// `numerator(z, s)` over 1 + D2 z + D4 z^2, turned over for odd n (bits of t
+// shifted by 30, compared with zero), then `divide(top, bottom)`.
+//
+// Table: rows two_over_pi, shifter, d4, d2, one.
+template <class Table, class Reduce, class Numerator, class Divide>
+inline __m128 quotient_signed(__m128 x, const Table& T, Reduce reduce, Numerator numerator, Divide divide) {
+  const __m128 t = _mm_add_ps(_mm_mul_ps(x, T.two_over_pi.ps()), T.shifter.ps());
+  const __m128 n = _mm_sub_ps(t, T.shifter.ps());
+  const __m128 r = reduce(x, n);
+  const __m128 s = sincos::flip_sign_if_odd(r, as_int(t));
+  const __m128 z = _mm_mul_ps(r, r);
+  __m128 top = numerator(z, s);
+  __m128 bottom = sincos::horner(z, T.d4, T.d2, T.one);
+  swap_where(_mm_cmpneq_ps(as_ps(_mm_slli_epi32(as_int(t), 30)), _mm_setzero_ps()), top, bottom);
+  return divide(top, bottom);
+}
+
 }  // namespace lux::tan

@@ -1,9 +1,5 @@
-// Accuracy sweep of Expm1 on binary32: random magnitudes over the finite domain
-// of both signs, the neighbourhood of 0 where e^x - 1 cancels, and every
-// threshold of the scalar routine and of the vector bodies with neighbours.
-#include <mpfr.h>
-
-#include "common/oracle.h"
+// Accuracy sweep of Expm1 on binary32 (tools/accuracy/expm1_log1p_regions.h).
+#include "accuracy/expm1_log1p_regions.h"
 
 namespace {
 
@@ -11,27 +7,8 @@ const luxtk::AccuracyFamily kExpm132 = {
     .family = "Expm1",
     .bits = 32,
     .f1 = mpfr_expm1,
-    .regions =
-        {
-            luxtk::log_uniform_region("log-uniform |x| in [0x1p-149, 88.72]", 0x1p-149, 88.72, true),
-            luxtk::log_uniform_region("near 0: log-uniform |x| in [2^-60, 0.3]", 0x1p-60, 0.3, true),
-            luxtk::uniform_region("uniform [-1, 1]", -1.0, 1.0),
-            luxtk::uniform_region("uniform [-50, 88.72]", -50.0, 88.72),
-            luxtk::splits_region("thresholds",
-                                 {
-                                     0x1p-57,             // polynomial from here
-                                     0x1p-8,              // reduction from here; binary32 vector bodies
-                                     0.2999999523162842,  // binary64 vector bodies from here
-                                     36.44183349609375,   // the middle range of the main path
-                                     40.2025146484375,    // high path above
-                                     43.054229736328125,  //
-                                     86.64337158203125,   // upper path, or -1 below the negative one
-                                     88.72283172607422,   // last binary32 with a finite result
-                                     88.72283172607422,   // last finite result
-                                 },
-                                 16),
-            luxtk::specials_region(),
-        },
+    .regions = luxtk::expm1_log1p::expm1_regions("log-uniform |x| in [0x1p-149, 88.72]", 0x1p-149,
+                                                 "uniform [-50, 88.72]", 88.72, 88.72283172607422),
     .bound = nullptr,  // the tier bounds
 };
 const luxtk::AccuracyRegistrar kRegistered(&kExpm132);

@@ -9,16 +9,9 @@ const luxtk::AccuracyFamily kTan64 = {
     .bits = 64,
     .f1 = mpfr_tan,
     .regions =
-        {
-            luxtk::log_uniform_region("small |x| (2^-1074 to 1)", 0x1p-1074, 1.0, true),
-            luxtk::uniform_region("moderate |x| < 10", -10.0, 10.0),
-            luxtk::uniform_region("|x| <= 128000 (vector path)", -128000.0, 128000.0),
-            luxtk::log_uniform_region("huge |x| (128000 to max)", 128000.0, 0x1.fffffffffffffp1023, true),
-            luxtk::tanacc::near_poles_region("next to odd multiples of pi/2 up to 128000", 81487.0),
-            luxtk::tanacc::near_poles_region("next to odd multiples of pi/2 beyond", 1e300),
-            luxtk::splits_region("limits and neighbours", {128000.0, -128000.0, 12800.0, 0x1p-1022}, 8),
-            luxtk::specials_region(),
-        },
+        luxtk::tanacc::regions(0x1p-1074, 128000.0, 81487.0, 0x1.fffffffffffffp1023,
+                               {"small |x| (2^-1074 to 1)", "|x| <= 128000 (vector path)",
+                                "huge |x| (128000 to max)", "next to odd multiples of pi/2 up to 128000"}),
     .bound = nullptr,  // the tier bounds
 };
 const luxtk::AccuracyRegistrar kRegistered(&kTan64);

@@ -43,4 +43,21 @@ inline Region near_poles_region(std::string name, double max_multiple) {
           }};
 }
 
+// limit: the end of the vector paths; max_multiple: the last multiple of
+// pi/2 below it; max: the largest finite; tiny: the smallest subnormal.
+inline std::vector<Region> regions(double tiny, double limit, double max_multiple, double max,
+                                   const std::vector<std::string>& names) {
+  return {
+      log_uniform_region(names[0], tiny, 1.0, true),
+      uniform_region("moderate |x| < 10", -10.0, 10.0),
+      uniform_region(names[1], -limit, limit),
+      log_uniform_region(names[2], limit, max, true),
+      near_poles_region(names[3], max_multiple),
+      near_poles_region("next to odd multiples of pi/2 beyond", 1e30),
+      splits_region("limits and neighbours",
+                    {limit, -limit, 12800.0, tiny == 0x1p-149 ? 0x1p-126 : 0x1p-1022}, 8),
+      specials_region(),
+  };
+}
+
 }  // namespace luxtk::tanacc

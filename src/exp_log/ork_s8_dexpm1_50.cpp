@@ -1,5 +1,5 @@
 // luxsExpm1_64f_A50: e^x - 1 on binary64 arrays.
-// max error 1.99 ulp at x = -0x1.0217b1878a2ep-1 (luxvm accuracy).
+// max error 2 ulp at x = 0x1.3be1f70bd7a9cp-2 (luxvm accuracy).
 //
 // A block of 4 lanes runs in vector code when all of them lie in 0.3 <= |x|
 // < 709.78 (where the scale 2^k has an exponent field); any other block goes

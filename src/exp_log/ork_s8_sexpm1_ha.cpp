@@ -1,6 +1,6 @@
 // luxsExpm1_32f_A24: e^x - 1 on binary32 arrays; the three binary32 tiers are
 // the same code.
-// max error 0.5 ulp at x = 0x1.2c2fc4p-20 (luxvm accuracy).
+// max error 0.5 ulp at x = -0x1.99cc2ap-1 (luxvm accuracy).
 //
 // A block of 8 lanes runs in vector code, widened to binary64, when all of
 // them lie in 2^-8 <= |x| <= 88.72283172607422; any other block goes lane by

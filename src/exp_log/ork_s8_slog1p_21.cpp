@@ -1,6 +1,6 @@
 // luxsLog1p_32f_A21: ln(1 + x) on binary32 arrays; the three binary32 tiers
 // are the same code, at the accuracy of the best.
-// max error 0.5 ulp at x = 0x1.000002p-6 (luxvm accuracy).
+// max error 0.5 ulp at x = 0x1.336058p-2 (luxvm accuracy).
 //
 // A block of 8 lanes runs in vector code, widened to binary64, when all of
 // them lie in 2 <= x < 2^55; any other block goes lane by lane through the

@@ -1,5 +1,5 @@
 // luxsSinCos_64f_A26: sine and cosine of binary64 arrays to about 26 bits.
-// max error 2.53e+05 ulp at x = 0x1.8bd5204423b68p+1 (luxvm accuracy).
+// max error 2.55e+05 ulp at x = 0x1.2c059befcebb4p+3 (luxvm accuracy).
 //
 // x = k pi/32 + r, |r| <= pi/64, reduced once; sin r and cos r from their
 // Taylor series once; sin x = cos r sin a + sin r cos a with row k of the

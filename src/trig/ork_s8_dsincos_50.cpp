@@ -1,5 +1,5 @@
 // luxsSinCos_64f_A50: sine and cosine of binary64 arrays within 8 ulp.
-// max error 2.09 ulp at x = -0x1.06c388144bd62p+15 (luxvm accuracy).
+// max error 2.63 ulp at x = 0x1.9385996ef0ec8p+15 (luxvm accuracy).
 //
 // |x| = n pi/2 + r with |r| <= pi/4 (pi/2 in four parts); S = sin r and
 // C = cos r by polynomials of degree 13 and 14 on the same r, swapped and

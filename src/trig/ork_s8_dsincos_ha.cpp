@@ -1,5 +1,5 @@
 // luxsSinCos_64f_A53: sine and cosine of binary64 arrays within 1 ulp.
-// max error 0.527 ulp at x = 0x1.4b77f6d974826p+2 (luxvm accuracy).
+// max error 0.533 ulp at x = 0x1.aaaaf171b10fp+15 (luxvm accuracy).
 //
 // x = k pi/64 + r + c as for the sine, reduced once; the sine's arithmetic
 // then runs twice on that r and c, with table entry k for the sine and entry

@@ -1,5 +1,5 @@
 // luxsTan_64f_A26: tangent of binary64 arrays.
-// max error 1.99e+05 ulp at x = 0x1.6c6cbc45dc8e2p+5 (luxvm accuracy).
+// max error 2e+05 ulp at x = -0x1.0460bdfc120ffp+16 (luxvm accuracy).
 //
 // x = n pi/2 + r with |r| <= pi/4; tan r is a rational function of r,
 // numerator odd and denominator even, and tan x = tan r for even n and

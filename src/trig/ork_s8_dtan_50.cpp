@@ -1,5 +1,5 @@
 // luxsTan_64f_A50: tangent of binary64 arrays.
-// max error 3.25 ulp at x = 0x1.ee5738d9fd11p+16 (luxvm accuracy).
+// max error 3.51 ulp at x = 0x1.1d9983936826cp+16 (luxvm accuracy).
 //
 // x = n pi/2 + r with |r| <= pi/4; tan r is a rational function of r,
 // numerator odd and denominator even, and tan x = tan r for even n and

@@ -1,5 +1,5 @@
 // luxsTan_64f_A53: tangent of binary64 arrays within 1 ulp.
-// max error 0.911 ulp at x = 0x1.5fdfe3befa8dap+2 (luxvm accuracy).
+// max error 0.944 ulp at x = 0x1.c45d2461b7724p+2 (luxvm accuracy).
 //
 // x = n pi/2 + r, r carried as head + tail from a three-part pi/2; tan r =
 // r (1 + N2 z + N4 z^2 + N6 z^3) / (1 + D2 z + D4 z^2 + D6 z^3), z = r^2,

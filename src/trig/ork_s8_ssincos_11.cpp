@@ -1,5 +1,5 @@
 // luxsSinCos_32f_A11: sine and cosine of binary32 arrays.
-// max error 231 ulp at x = 0x1.f80c6ap+9 (luxvm accuracy).
+// max error 232 ulp at x = 0x1.06b782p+3 (luxvm accuracy).
 //
 // x = n pi/2 + r, |r| <= pi/4, in single precision; S ~ sin r and C ~ cos r
 // by minimax polynomials of degree 5 and 4 on the same r, swapped and signed

@@ -1,5 +1,5 @@
 // luxsSinCos_32f_A21: sine and cosine of binary32 arrays.
-// max error 2.09 ulp at x = 0x1.3366ap+12 (luxvm accuracy).
+// max error 2.79 ulp at x = 0x1.3734cap+11 (luxvm accuracy).
 //
 // x = n pi/2 + r, |r| <= pi/4, in single precision with pi/2 in four parts;
 // S ~ sin r and C ~ cos r by minimax polynomials of degree 7 and 8 on the

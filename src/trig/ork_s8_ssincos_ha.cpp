@@ -1,5 +1,5 @@
 // luxsSinCos_32f_A24: sine and cosine of binary32 arrays.
-// max error 0.562 ulp at x = -0x1.a241f4p+2 (luxvm accuracy).
+// max error 0.561 ulp at x = -0x1.0417d6p+9 (luxvm accuracy).
 //
 // n = rint(x 2/pi) in single precision; then in double on the widened lane
 // r = x - n pi/2 with pi/2 in two parts, S ~ sin r and C ~ cos r by

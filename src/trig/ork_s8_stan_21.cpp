@@ -1,5 +1,5 @@
 // luxsTan_32f_A21: tangent of binary32 arrays.
-// max error 3.26 ulp at x = 0x1.06f84ap+13 (luxvm accuracy).
+// max error 3.51 ulp at x = 0x1.ac5a34p+12 (luxvm accuracy).
 //
 // x = n pi/2 + r with |r| <= pi/4, in single precision; tan r = r (1 + N3
 // r^2) / (1 + D2 r^2 + D4 r^4), and tan x = tan r for even n and -1/tan r

@@ -1,5 +1,5 @@
 // luxsTan_32f_A24: tangent of binary32 arrays within 1 ulp.
-// max error 0.934 ulp at x = 0x1.f0bec6p+5 (luxvm accuracy).
+// max error 0.934 ulp at x = 0x1.346c7cp+1 (luxvm accuracy).
 //
 // k = rint(x 2/pi) in single precision, then in double on the widened lane
 // r = x - k pi/2 with pi/2 in two parts; tan r = (r + N3 r^3) / (1 + D2 r^2

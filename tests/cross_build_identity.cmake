@@ -6,7 +6,8 @@ set(estimate_seeded
   luxsInv_32f_A11 luxsInv_32f_A21 luxsDiv_32f_A11 luxsDiv_32f_A21
   luxsSqrt_32f_A11 luxsSqrt_32f_A21 luxsSqrt_64f_A26 luxsSqrt_64f_A50 luxsSqrt_64f_A53
   luxsInvSqrt_32f_A11 luxsInvSqrt_32f_A21 luxsInvSqrt_32f_A24
-  luxsInvSqrt_64f_A26 luxsInvSqrt_64f_A50 luxsInvSqrt_64f_A53)
+  luxsInvSqrt_64f_A26 luxsInvSqrt_64f_A50 luxsInvSqrt_64f_A53
+  luxsTan_32f_A11)
 
 if(NOT EXISTS "${I386_TOOL}")
   message(STATUS "no i386 build at ${I386_TOOL}: nothing to compare")

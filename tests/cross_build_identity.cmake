@@ -13,7 +13,8 @@ set(estimate_seeded
   luxsPow3o2_64f_A26 luxsPow3o2_64f_A50 luxsPow3o2_64f_A53
   luxsAsin_32f_A11 luxsAsin_32f_A24 luxsAcos_32f_A11 luxsAcos_32f_A24 luxsAsin_64f_A53 luxsAcos_64f_A53
   luxsAtan_32f_A11 luxsAtan_32f_A21 luxsAtan2_32f_A11 luxsAtan2_32f_A24 luxsAtan2_64f_A50 luxsAtan2_64f_A53
-  luxsAsinh_32f_A11 luxsAsinh_32f_A24 luxsAcosh_32f_A11 luxsAcosh_32f_A24 luxsAtanh_32f_A11)
+  luxsAsinh_32f_A11 luxsAsinh_32f_A24 luxsAcosh_32f_A11 luxsAcosh_32f_A24 luxsAtanh_32f_A11
+  luxsTan_32f_A11)
 
 if(NOT EXISTS "${I386_TOOL}")
   message(STATUS "no i386 build at ${I386_TOOL}: nothing to compare")

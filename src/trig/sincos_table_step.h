@@ -24,8 +24,9 @@ namespace lux::sincos {
 // Table: entry[N] of OrkSinCosEntry, and rows grid_per_radian (N/pi),
 // shifter (1.5 2^52), step1..step3 (pi/N in three parts, n step1 and
 // n step2 exact on the vector path).  sin_poly(z) and cos_poly(z) give the
-// polynomials in z = r^2 before their last product by z.
-template <class Table, class SinPoly, class CosPoly>
+// polynomials in z = r^2 before their last product by z.  kRowOffset turns
+// the table: with a quarter of its entries, the sine table gives the cosine.
+template <int kRowOffset = 0, class Table, class SinPoly, class CosPoly>
 inline __m128d sin_on_head_tail_table(__m128d x, const Table& T, SinPoly sin_poly, CosPoly cos_poly) {
   constexpr int kIndexMask = sizeof(Table::entry) / sizeof(Table::entry[0]) - 1;
   static_assert((kIndexMask & (kIndexMask + 1)) == 0, "the grid has a power of two of entries");
@@ -33,8 +34,9 @@ inline __m128d sin_on_head_tail_table(__m128d x, const Table& T, SinPoly sin_pol
   const __m128d t = _mm_add_pd(_mm_mul_pd(x, T.grid_per_radian.pd()), T.shifter.pd());
   const __m128d n = _mm_sub_pd(t, T.shifter.pd());
   const __m128i ti = as_int(t);
-  const OrkSinCosEntry& e0 = T.entry[_mm_cvtsi128_si32(ti) & kIndexMask];
-  const OrkSinCosEntry& e1 = T.entry[_mm_cvtsi128_si32(_mm_unpackhi_epi64(ti, ti)) & kIndexMask];
+  const OrkSinCosEntry& e0 = T.entry[(_mm_cvtsi128_si32(ti) + kRowOffset) & kIndexMask];
+  const OrkSinCosEntry& e1 =
+      T.entry[(_mm_cvtsi128_si32(_mm_unpackhi_epi64(ti, ti)) + kRowOffset) & kIndexMask];
 
   // r + c = x - k pi/N: u is exact, c keeps what r lost.
   const __m128d u = _mm_sub_pd(x, _mm_mul_pd(n, T.step1.pd()));

@@ -75,6 +75,9 @@ struct AccuracyFamily {
   std::vector<Region> regions;
   // The bound of an export is its tier's unless this says otherwise.
   std::function<double(const CensusEntry&)> bound;
+  // Shape D (two result arrays): the function of the second array, f1 being
+  // that of the first; a lane's error is the larger of the two.
+  MpfrUnary f1_second = nullptr;
 };
 
 void register_accuracy_family(const AccuracyFamily* fam);
@@ -103,7 +106,8 @@ struct SweepOptions {
 
 // Runs the export (from a clean MXCSR) over every region's inputs and measures
 // each result against MPFR.  Real shapes U, B and X (the scalar of X is the
-// region's second input, one call per run of equal scalars).
+// region's second input, one call per run of equal scalars), and D with both
+// result arrays measured.
 SweepResult sweep_export(const CensusEntry& e, const AccuracyFamily& fam, const SweepOptions& opt);
 
 // "max error 0.512 ulp at x = 0x1.62e42fefa39efp+9 (got 0x...)".

@@ -104,8 +104,9 @@ int cmd_accuracy(int argc, char** argv) {
     << "Maximum error in ulps of the result format, measured against GNU MPFR (" << luxtk::kOraclePrecision
     << "-bit exact values, error taken before rounding) by `luxvm accuracy` on the native x86-64 build. "
     << "Each export is swept over random log-uniform magnitudes across its domain, uniform points in its "
-    << "usual range, and every range split with its neighbours (seed " << so.seed << ", " << so.points
-    << " points per random region). Tier bounds: A24/A53 1 ulp, A21/A50 8 ulp, A11 2^13 ulp, A26 2^27 "
+    << "usual range, and every range split with its neighbours (seed " << so.seed
+    << "; the Points column counts each export's inputs, runs differ in size). Tier bounds: A24/A53 1 ulp, "
+       "A21/A50 8 ulp, A11 2^13 ulp, A26 2^27 "
        "ulp. The exact families (element-wise arithmetic, rounding) are not listed: their tests check every "
        "bit against the C library and IEEE arithmetic.\n\n"
     << "Regenerate with `./luxvm accuracy [FAMILY]`.\n\n"

@@ -96,6 +96,33 @@ inline __m128d dropped(__m128d x, const Row64& zero_below, const Row64& one_abov
   return _mm_or_pd(_mm_cmplt_pd(q, zero_below.pd()), _mm_cmpgt_pd(q, one_above.pd()));
 }
 
+// The steps HA and LA share on a pair: the dropped lanes (run as +0), |x|,
+// -x^2/2 reduced by ln 2/128 in two words, the scale +-2^k reaching the
+// subnormals, and e^r - 1 to degree 5.
+struct TwoWordExp {
+  __m128d drop, x, a, sc, e;
+  int j0, j1;
+};
+inline TwoWordExp two_word_exp(__m128d x_in, const Row64& zero_below, const Row64& one_above) {
+  const CdfConstants& C = kCdf;
+  TwoWordExp s;
+  s.drop = dropped(x_in, zero_below, one_above);
+  s.x = _mm_andnot_pd(s.drop, x_in);
+  s.a = _mm_and_pd(s.x, C.dbAbsMask.pd());
+  __m128d Yh, Yl;
+  half_square(s.a, Yh, Yl);
+  const Reduced red = reduce(Yh);
+  const __m128d r = _mm_add_pd(
+      _mm_sub_pd(_mm_sub_pd(Yh, _mm_mul_pd(red.N, C.dbL1.pd())), _mm_mul_pd(red.N, C.dbL2.pd())), Yl);
+  s.sc = _mm_mul_pd(scale(red.S, _mm_and_pd(x_in, C.dbSignMask.pd()), C.dbBias154), C.dbTwoM154.pd());
+  __m128d e = C.dbP[4].pd();
+  for (int k = 3; k >= 0; --k) e = _mm_add_pd(C.dbP[k].pd(), _mm_mul_pd(r, e));
+  s.e = _mm_mul_pd(r, e);
+  s.j0 = red.j0;
+  s.j1 = red.j1;
+  return s;
+}
+
 // The frame of every CdfNorm export: x87 guard 53, no SSE guard; a block of
 // four lanes is computed, its lanes below the zero threshold (finite) are
 // reported in rising order, then the block is stored.  `Body` gives

@@ -45,22 +45,10 @@ inline const double* row_of(uint32_t hi) {
 }
 
 inline __m128d pair(__m128d x_in) {
-  const le::CdfConstants& C = le::kCdf;
-  const __m128d drop = le::dropped(x_in, kT.dbZeroBelow, kT.dbOneAbove);
-  const __m128d x = _mm_andnot_pd(drop, x_in);
-  const __m128d sgn = _mm_and_pd(x_in, C.dbSignMask.pd());
-  const __m128d a = _mm_and_pd(x, C.dbAbsMask.pd());
-  __m128d Yh, Yl;
-  le::half_square(a, Yh, Yl);
-  const le::Reduced red = le::reduce(Yh);
-  const __m128d r = _mm_add_pd(
-      _mm_sub_pd(_mm_sub_pd(Yh, _mm_mul_pd(red.N, C.dbL1.pd())), _mm_mul_pd(red.N, C.dbL2.pd())), Yl);
-  const __m128d sc = _mm_mul_pd(le::scale(red.S, sgn, C.dbBias154), C.dbTwoM154.pd());
-  __m128d e = C.dbP[4].pd();
-  for (int k = 3; k >= 0; --k) e = _mm_add_pd(C.dbP[k].pd(), _mm_mul_pd(r, e));
-  e = _mm_mul_pd(r, e);
+  const le::TwoWordExp s_ = le::two_word_exp(x_in, kT.dbZeroBelow, kT.dbOneAbove);
+  const __m128d drop = s_.drop, x = s_.x, a = s_.a, sc = s_.sc, e = s_.e;
   const double* pw = reinterpret_cast<const double*>(kT.Pow2);
-  const __m128d T = le::gather(pw + red.j0, pw + red.j1, 0);
+  const __m128d T = le::gather(pw + s_.j0, pw + s_.j1, 0);
   const __m128d E = _mm_add_pd(_mm_mul_pd(T, e), T);
   const double* g0 = row_of(le::high_word(x, 0));
   const double* g1 = row_of(le::high_word(x, 1));

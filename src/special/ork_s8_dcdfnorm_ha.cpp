@@ -51,23 +51,11 @@ inline const double* row_of(uint32_t hi) {
 }
 
 inline __m128d pair(__m128d x_in) {
-  const le::CdfConstants& C = le::kCdf;
-  const __m128d clear = C.dbClear27.pd();
-  const __m128d drop = le::dropped(x_in, kT.dbZeroBelow, kT.dbOneAbove);
-  const __m128d x = _mm_andnot_pd(drop, x_in);  // dropped lanes run as +-0
-  const __m128d sgn = _mm_and_pd(x_in, C.dbSignMask.pd());
-  const __m128d a = _mm_and_pd(x, C.dbAbsMask.pd());
-  __m128d Yh, Yl;
-  le::half_square(a, Yh, Yl);
-  const le::Reduced red = le::reduce(Yh);
-  const __m128d r = _mm_add_pd(
-      _mm_sub_pd(_mm_sub_pd(Yh, _mm_mul_pd(red.N, C.dbL1.pd())), _mm_mul_pd(red.N, C.dbL2.pd())), Yl);
-  const __m128d sc = _mm_mul_pd(le::scale(red.S, sgn, C.dbBias154), C.dbTwoM154.pd());
-  __m128d e = C.dbP[4].pd();
-  for (int k = 3; k >= 0; --k) e = _mm_add_pd(C.dbP[k].pd(), _mm_mul_pd(r, e));
-  e = _mm_mul_pd(r, e);
-  const double* p0 = reinterpret_cast<const double*>(kT.Pow2[red.j0]);
-  const double* p1 = reinterpret_cast<const double*>(kT.Pow2[red.j1]);
+  const __m128d clear = le::kCdf.dbClear27.pd();
+  const le::TwoWordExp s_ = le::two_word_exp(x_in, kT.dbZeroBelow, kT.dbOneAbove);
+  const __m128d drop = s_.drop, x = s_.x, a = s_.a, sc = s_.sc, e = s_.e;
+  const double* p0 = reinterpret_cast<const double*>(kT.Pow2[s_.j0]);
+  const double* p1 = reinterpret_cast<const double*>(kT.Pow2[s_.j1]);
   const __m128d Thi = le::gather(p0, p1, 0), Tlo = le::gather(p0, p1, 1);
   const __m128d El = _mm_add_pd(_mm_mul_pd(_mm_add_pd(Thi, Tlo), e), Tlo);
   // R(a) on the row.

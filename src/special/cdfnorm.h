@@ -89,6 +89,15 @@ inline __m128d base_of(__m128d x) {
   return _mm_andnot_pd(neg, kCdf.dbOne.pd());
 }
 
+// A NaN lane's result is the NaN itself, made quiet: inside the arithmetic
+// NaNs meet, and which of two NaNs an SSE operation returns differs between
+// processors and emulators.
+inline __m128d nan_is_its_own(__m128d x, __m128d result) {
+  const __m128d nan_lane = _mm_cmpunord_pd(x, x);
+  const __m128d quiet = _mm_mul_pd(x, opaque(kCdf.dbOne.pd()));
+  return _mm_or_pd(_mm_and_pd(nan_lane, quiet), _mm_andnot_pd(nan_lane, result));
+}
+
 // Lanes whose product is dropped: x below the zero threshold or above the
 // one threshold (ordered compares: a NaN keeps its arithmetic).
 inline __m128d dropped(__m128d x, const Row64& zero_below, const Row64& one_above) {

@@ -47,7 +47,7 @@ struct CdfEpRows {
     __m128d R = gather(g0, g1, Degree + 1);
     for (int k = Degree; k >= 1; --k) R = _mm_add_pd(gather(g0, g1, k), _mm_mul_pd(v, R));
     const __m128d P = _mm_andnot_pd(drop, _mm_mul_pd(R, _mm_mul_pd(E, sc)));
-    return _mm_sub_pd(base_of(x_in), P);
+    return nan_is_its_own(x_in, _mm_sub_pd(base_of(x_in), P));
   }
 };
 

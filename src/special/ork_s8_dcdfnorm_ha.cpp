@@ -87,7 +87,7 @@ inline __m128d pair(__m128d x_in) {
       _mm_mul_pd(_mm_add_pd(_mm_mul_pd(tL, Thi), _mm_add_pd(_mm_mul_pd(El, tH), _mm_mul_pd(tL, El))), sc));
   const __m128d base = le::base_of(x_in);
   const __m128d W = _mm_sub_pd(base, hiP);
-  return _mm_add_pd(W, _mm_sub_pd(_mm_sub_pd(_mm_sub_pd(base, W), hiP), loP));
+  return le::nan_is_its_own(x_in, _mm_add_pd(W, _mm_sub_pd(_mm_sub_pd(_mm_sub_pd(base, W), hiP), loP)));
 }
 
 struct Body {

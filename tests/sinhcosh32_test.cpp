@@ -21,7 +21,7 @@ const uint32_t kLa[64][2] = {
 #include "hyperbolic/ssinhcosh_la_table.inc"
 };
 const uint32_t kHa[64][4] = {
-    // Mlo, Plo, Mhi, Phi
+// Mlo, Plo, Mhi, Phi
 #include "hyperbolic/scosh_ha_table.inc"
 };
 

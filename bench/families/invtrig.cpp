@@ -65,7 +65,8 @@ const FamilyBench kAcos = {
             {"SLEEF acosf4_u10", k32f, vec_f4<Sleef_acosf4_u10sse2>},
             {"SLEEF acosf4_u35", k32f, vec_f4<Sleef_acosf4_u35sse2>},
         },
-    .notes = "The inverse sine's polynomial and root, with pi/2 or pi (head and tail at A53, A24) added per lane.",
+    .notes =
+        "The inverse sine's polynomial and root, with pi/2 or pi (head and tail at A53, A24) added per lane.",
 };
 const Registrar kAcosReg(&kAcos);
 
@@ -99,7 +100,8 @@ const FamilyBench kAtan2 = {
     .ranges =
         {
             {"y, x in [-10, 10]", kReal, uniform(-10, 10), uniform(-10, 10)},
-            {"|y|, |x| in [1e-20, 1e20]", kReal, signed_magnitudes(1e-20, 1e20), signed_magnitudes(1e-20, 1e20)},
+            {"|y|, |x| in [1e-20, 1e20]", kReal, signed_magnitudes(1e-20, 1e20),
+             signed_magnitudes(1e-20, 1e20)},
         },
     .peers =
         {
